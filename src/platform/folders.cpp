@@ -1,0 +1,39 @@
+#include "platform/folders.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QStandardPaths>
+#include <QUuid>
+
+namespace sorvanta {
+
+std::optional<QString> applicationSupportFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (folder.isEmpty())
+        return std::nullopt;
+    return folder;
+}
+
+QString temporaryFolder()
+{
+    return QDir::tempPath();
+}
+
+QString resourceFolder()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib/sorvanta"));
+}
+
+QString newTemporaryPath(const QString &prefix, const QString &extension)
+{
+    const QString suffix = extension.isEmpty() ? QString() : QLatin1Char('.') + extension;
+    return temporaryFolder() + QLatin1Char('/') + prefix + newUuidText() + suffix;
+}
+
+QString newUuidText()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces).toUpper();
+}
+
+} // namespace sorvanta

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace sorvanta {
+
+/// The user's folder for the data of applications (`~/.local/share`), or none if the system names none.
+std::optional<QString> applicationSupportFolder();
+
+/// The folder for temporary files (`/tmp`, or what TMPDIR says), without a slash at the end.
+QString temporaryFolder();
+
+/// Where the application's own resources lie: `lib/sorvanta` beside the `bin` folder of the executable, the same
+/// in a build tree and installed.
+QString resourceFolder();
+
+/// A new path in the temporary folder: `prefix`, a new UUID in upper case, ".", `extension`. Nothing is created;
+/// without an extension the point is left out.
+QString newTemporaryPath(const QString &prefix, const QString &extension);
+
+/// The text of a new UUID, 36 characters in upper case without braces.
+QString newUuidText();
+
+} // namespace sorvanta

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <functional>
+
+namespace sorvanta {
+
+/// Runs `work` on the main thread, after everything that was posted before. The one way in for other threads: all
+/// observable fields belong to the main thread. May be called from any thread; what is posted once the
+/// application object has gone is dropped.
+void postToMain(std::function<void()> work);
+
+} // namespace sorvanta

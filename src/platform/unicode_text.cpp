@@ -1,0 +1,113 @@
+#include "platform/unicode_text.h"
+
+#include <unicode/brkiter.h>
+#include <unicode/unistr.h>
+#include <unicode/ustring.h>
+#include <unicode/utext.h>
+
+namespace sorvanta {
+
+namespace {
+
+template<typename Predicate>
+QStringView trimmed(QStringView text, Predicate isTrimmed)
+{
+    qsizetype start = 0;
+    qsizetype end = text.size();
+    while (start < end && isTrimmed(text[start].unicode()))
+        ++start;
+    while (end > start && isTrimmed(text[end - 1].unicode()))
+        --end;
+    return text.sliced(start, end - start);
+}
+
+/// Below this no character joins another one, apart from CR LF.
+constexpr char16_t firstJoiningCharacter = 0x0300;
+
+} // namespace
+
+QStringView trimmedOfWhitespace(QStringView text)
+{
+    return trimmed(text, isWhitespace);
+}
+
+QStringView trimmedOfWhitespaceAndNewlines(QStringView text)
+{
+    return trimmed(text, isWhitespaceOrNewline);
+}
+
+struct GraphemeClusters::Iterator {
+    explicit Iterator(QStringView text)
+    {
+        UErrorCode status = U_ZERO_ERROR;
+        boundaries.reset(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        utext_openUChars(&source, reinterpret_cast<const UChar *>(text.utf16()), text.size(), &status);
+        if (boundaries)
+            boundaries->setText(&source, status);
+    }
+    ~Iterator()
+    {
+        boundaries.reset();
+        utext_close(&source);
+    }
+
+    UText source = UTEXT_INITIALIZER;
+    std::unique_ptr<icu::BreakIterator> boundaries;
+};
+
+GraphemeClusters::GraphemeClusters(QStringView text)
+    : m_text(text)
+{
+}
+
+GraphemeClusters::~GraphemeClusters() = default;
+
+qsizetype GraphemeClusters::end(qsizetype start)
+{
+    const char16_t first = m_text[start].unicode();
+    if (start + 1 == m_text.size())
+        return start + 1;
+    const char16_t second = m_text[start + 1].unicode();
+    if (first < firstJoiningCharacter && second < firstJoiningCharacter)
+        return first == u'\r' && second == u'\n' ? start + 2 : start + 1;
+    if (!m_iterator)
+        m_iterator = std::make_unique<Iterator>(m_text);
+    const int32_t end = m_iterator->boundaries->following(static_cast<int32_t>(start));
+    return end == icu::BreakIterator::DONE ? m_text.size() : end;
+}
+
+qsizetype graphemeClusterCount(QStringView text)
+{
+    GraphemeClusters clusters(text);
+    qsizetype count = 0;
+    for (qsizetype i = 0; i < text.size(); i = clusters.end(i))
+        ++count;
+    return count;
+}
+
+std::optional<QString> decodeUtf8(QByteArrayView bytes)
+{
+    // UTF-16 never has more units than UTF-8 has bytes.
+    QString text(bytes.size(), Qt::Uninitialized);
+    int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8(reinterpret_cast<UChar *>(text.data()), static_cast<int32_t>(text.size()), &length, bytes.data(),
+                  static_cast<int32_t>(bytes.size()), &status);
+    if (U_FAILURE(status))
+        return std::nullopt;
+    text.resize(length);
+    return text;
+}
+
+QString decodeUtf8WithRepair(QByteArrayView bytes)
+{
+    QString text(bytes.size(), Qt::Uninitialized);
+    int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8WithSub(reinterpret_cast<UChar *>(text.data()), static_cast<int32_t>(text.size()), &length,
+                         bytes.data(), static_cast<int32_t>(bytes.size()), 0xFFFD, nullptr, &status);
+    text.resize(U_FAILURE(status) ? 0 : length);
+    return text;
+}
+
+} // namespace sorvanta
