@@ -1,0 +1,200 @@
+#include "core/transcript_text.h"
+
+#include "platform/number_text.h"
+#include "platform/regular_expression.h"
+#include "platform/unicode_text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sorvanta {
+
+namespace {
+
+constexpr std::array<QStringView, 14> ignoredPrefixes = {
+    u"main:",   u"system_info:", u"whisper_",  u"ggml_",      u"encode:", u"decode:",  u"processing ",
+    u"output_", u"duration:",    u"language:", u"translate:", u"error:",  u"warning:", u"build info",
+};
+
+bool isPlainTranscriptLine(QStringView trimmed)
+{
+    return !trimmed.isEmpty() && !beginsLikeLog(trimmed)
+           && std::none_of(logWords.begin(), logWords.end(),
+                           [trimmed](QStringView word) { return trimmed.contains(word); });
+}
+
+void appendLine(QString &text, QStringView line)
+{
+    if (!text.isEmpty())
+        text += u'\n';
+    text += line;
+}
+
+/// The block of lines in brackets; a line of another kind ends it.
+QString timedBlock(QStringView rawOutput)
+{
+    QString block;
+    bool hasBegun = false;
+    bool hasEnded = false;
+    forEachLine(rawOutput, [&](QStringView line) {
+        if (hasEnded || line.contains(engineTimingWord))
+            return;
+        const QStringView trimmed = trimmedOfWhitespace(line);
+        if (trimmed.startsWith(u'[')) {
+            hasBegun = true;
+            const QStringView entry = withoutBracket(line);
+            if (!trimmedOfWhitespace(entry).isEmpty())
+                appendLine(block, entry);
+        } else if (hasBegun && !trimmed.isEmpty()) {
+            hasEnded = true;
+        }
+    });
+    return block;
+}
+
+QString plainLines(QStringView rawOutput)
+{
+    QString text;
+    forEachLine(rawOutput, [&text](QStringView line) {
+        const QStringView trimmed = trimmedOfWhitespaceAndNewlines(line);
+        if (!line.contains(engineTimingWord) && isPlainTranscriptLine(trimmed))
+            appendLine(text, trimmed);
+    });
+    return text;
+}
+
+constexpr QStringView timedLinePattern =
+    u"\\[(\\d{2}):(\\d{2}):(\\d{2}\\.\\d{3}) --> (\\d{2}):(\\d{2}):(\\d{2}\\.\\d{3})\\]\\s*(.*)";
+
+/// Calls `visit(TranscriptSegment)` for each timed line.
+template<typename Visitor>
+void forEachTimedLine(QStringView text, bool stripDashes, Visitor visit)
+{
+    RegularExpression timedLine(timedLinePattern);
+    forEachLine(text, [&](QStringView line) {
+        const auto match = timedLine.firstMatch(trimmedOfWhitespace(line));
+        if (!match)
+            return;
+        const QStringView words = stripDashes ? stripDashMarkers(match->group(7)) : match->group(7);
+        if (trimmedOfWhitespaceAndNewlines(words).isEmpty())
+            return;
+        // The three groups of a time stand side by side with their colons.
+        const auto timecode = [&match](int firstGroup) {
+            return QStringView(match->group(firstGroup).begin(), match->group(firstGroup + 2).end()).toString();
+        };
+        visit(TranscriptSegment{timecode(1), timecode(4), words.toString()});
+    });
+}
+
+} // namespace
+
+QString cleanWhisperOutput(QStringView rawOutput)
+{
+    const QString block = timedBlock(rawOutput);
+    return block.isEmpty() ? plainLines(rawOutput) : block;
+}
+
+QList<TranscriptSegment> parseTimedSegments(QStringView text, bool stripDashes)
+{
+    QList<TranscriptSegment> segments;
+    forEachTimedLine(text, stripDashes,
+                     [&segments](TranscriptSegment &&segment) { segments.append(std::move(segment)); });
+    return segments;
+}
+
+QList<TranscriptWindowSegment> parseTimedWindowSegments(QStringView text, bool stripDashes)
+{
+    QList<TranscriptWindowSegment> segments;
+    forEachTimedLine(text, stripDashes, [&segments](TranscriptSegment &&segment) {
+        const auto start = timecodeSeconds(segment.start);
+        const auto end = timecodeSeconds(segment.end);
+        if (start && end)
+            segments.append({segment.start, segment.end, segment.text, *start, *end});
+    });
+    return segments;
+}
+
+QStringView stripDashMarkers(QStringView line)
+{
+    GraphemeClusters clusters(line);
+    qsizetype start = 0;
+    while (start < line.size() && hasWhiteSpaceProperty(line[start].unicode()))
+        start = clusters.end(start);
+
+    const QStringView rest = line.sliced(start);
+    if (!rest.startsWith(u"- "))
+        return line;
+    // A mark on the hyphen or the blank makes another character of it.
+    if (clusters.end(start) != start + 1 || clusters.end(start + 1) != start + 2)
+        return line;
+    return trimmedOfWhitespace(rest.sliced(2));
+}
+
+QString displayedTranscript(QStringView rawOutput, QStringView transcript, bool stripDashes)
+{
+    const QString text = rawOutput.isEmpty() ? transcript.toString() : cleanWhisperOutput(rawOutput);
+    if (!stripDashes)
+        return text;
+    QString stripped;
+    stripped.reserve(text.size());
+    forEachLine(text, [&stripped, isFirst = true](QStringView line) mutable {
+        if (!isFirst)
+            stripped += u'\n';
+        isFirst = false;
+        stripped += stripDashMarkers(line);
+    });
+    return stripped;
+}
+
+QString TranscriptCounts(QStringView text)
+{
+    GraphemeClusters clusters(text);
+    qsizetype words = 0;
+    qsizetype characters = 0;
+    bool isInWord = false;
+    for (qsizetype i = 0; i < text.size(); i = clusters.end(i)) {
+        const bool isSeparator = hasWhiteSpaceProperty(text[i].unicode());
+        if (!isSeparator && !isInWord)
+            ++words;
+        isInWord = !isSeparator;
+        ++characters;
+    }
+    return QStringLiteral("%1 words · %2 chars").arg(words).arg(characters);
+}
+
+std::optional<double> timecodeSeconds(QStringView timecode)
+{
+    const auto pieces = timecode.split(u':', Qt::SkipEmptyParts);
+    if (pieces.size() != 3)
+        return std::nullopt;
+    return secondsOfTimecode(pieces[0], pieces[1], pieces[2]);
+}
+
+QString formatClock(double seconds)
+{
+    const qint64 total = roundedSeconds(seconds);
+    return QStringLiteral("%1:%2").arg(total / 60).arg(total % 60, 2, 10, QLatin1Char('0'));
+}
+
+bool beginsLikeLog(QStringView trimmed)
+{
+    constexpr qsizetype longestPrefix = 12;
+    const QString beginning = trimmed.left(longestPrefix).toString().toLower();
+    return beginning.startsWith(u'[')
+           || std::any_of(ignoredPrefixes.begin(), ignoredPrefixes.end(),
+                          [&beginning](QStringView prefix) { return beginning.startsWith(prefix); });
+}
+
+QStringView withoutBracket(QStringView line)
+{
+    const qsizetype bracket = line.indexOf(u']');
+    return bracket < 0 ? line : trimmedOfWhitespace(line.sliced(bracket + 1));
+}
+
+double secondsOfTimecode(QStringView hours, QStringView minutes, QStringView seconds)
+{
+    return parseDouble(hours).value_or(0.0) * 3600.0 + parseDouble(minutes).value_or(0.0) * 60.0
+           + parseDouble(seconds).value_or(0.0);
+}
+
+} // namespace sorvanta

@@ -1,0 +1,245 @@
+#include "core/transcript_text.h"
+
+#include "support/printing.h"
+
+#include <gtest/gtest.h>
+
+using namespace sorvanta;
+
+namespace {
+
+TEST(CleanWhisperOutput, ofNothingIsNothing)
+{
+    EXPECT_EQ(cleanWhisperOutput(u""), QString());
+    EXPECT_TRUE(parseTimedSegments(u"", false).isEmpty());
+}
+
+TEST(CleanWhisperOutput, joinsTheTextsOfTimedLines)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"log\n[00:00:00.000 --> 00:00:01.500]   Hello there.\n"
+                                 "[00:00:01.500 --> 00:00:04.250]   Bye.\n"),
+              u"Hello there.\nBye."_qs);
+}
+
+TEST(CleanWhisperOutput, ofALogAloneIsNothing)
+{
+    EXPECT_EQ(
+        cleanWhisperOutput(u"whisper_init_from_file: loading\nsystem_info: n_threads = 4\n"
+                           "main: processing 'a.wav'\n\n  run 'x' (16000 samples, 1.0 sec)\nbuilt with whisper.cpp\n"),
+        QString());
+}
+
+TEST(CleanWhisperOutput, endsAtTheFirstStrayLineWhileSegmentsGoOn)
+{
+    const QString output = u"[00:00:00.000 --> 00:00:01.000]   One\nsystem_info: n_threads = 4\n"
+                           "[00:00:01.000 --> 00:00:02.000]   Two\n"_qs;
+    EXPECT_EQ(cleanWhisperOutput(output), u"One"_qs);
+    const auto segments = parseTimedSegments(output, false);
+    ASSERT_EQ(segments.size(), 2);
+    EXPECT_EQ(segments[0].text, u"One"_qs);
+    EXPECT_EQ(segments[1].text, u"Two"_qs);
+}
+
+TEST(CleanWhisperOutput, skipsBlankLinesWithinTheBlock)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"[a] One\r\n\r\n \t\n[b] Two"), u"One\nTwo"_qs);
+}
+
+TEST(CleanWhisperOutput, findsIndentedTimedLines)
+{
+    const QString output = u"  [00:00:00.000 --> 00:00:01.000]  Indented"_qs;
+    EXPECT_EQ(cleanWhisperOutput(output), u"Indented"_qs);
+    EXPECT_EQ(parseTimedSegments(output, false),
+              (QList<TranscriptSegment>{{u"00:00:00.000"_qs, u"00:00:01.000"_qs, u"Indented"_qs}}));
+}
+
+TEST(CleanWhisperOutput, keepsALineWithoutClosingBracketUntrimmed)
+{
+    EXPECT_EQ(cleanWhisperOutput(u" [no closing bracket \n[x] y"), u" [no closing bracket \ny"_qs);
+}
+
+TEST(CleanWhisperOutput, dropsLinesWithoutTextAndKeepsBracketedText)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"[00:00:02.000 --> 00:00:03.000]\n[BLANK_AUDIO]\n"
+                                 "[00:00:02.000 --> 00:00:03.000]   [MUSIC]\n[x] \u200B\u3000\n"),
+              u"[MUSIC]"_qs);
+}
+
+TEST(CleanWhisperOutput, neverHoldsTimingsOfTheEngine)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"[a] One\nwhisper_print_timings: total time\n[b] Two"), u"One\nTwo"_qs)
+        << "such a line does not end the block either";
+    EXPECT_EQ(cleanWhisperOutput(u"[a] One whisper_print_timings\n[b] Two"), u"Two"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u"text\nx whisper_print_timings: total time"), u"text"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u"WHISPER_PRINT_x is text"), QString()) << "an ignored prefix in lower case";
+    EXPECT_EQ(cleanWhisperOutput(u"say WHISPER_PRINT"), u"say WHISPER_PRINT"_qs) << "case counts";
+}
+
+TEST(CleanWhisperOutput, fallsBackToPlainLines)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"Hello world"), u"Hello world"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u" \u00A0Hello \r\nworld\t"), u"Hello\nworld"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u"ERROR: x"), QString());
+    EXPECT_EQ(cleanWhisperOutput(u"[a]\n[b]\nplain\n"), u"plain"_qs) << "a block without text is no block";
+    EXPECT_EQ(cleanWhisperOutput(u"no Samples, none"), u"no Samples, none"_qs);
+}
+
+TEST(CleanWhisperOutput, breaksLinesAtEveryUnicodeLineBreak)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"a\u2028b\u0085c\u000Bd\u000Ce\u2029f\rg"), u"a\nb\nc\nd\ne\nf\ng"_qs);
+}
+
+TEST(CleanWhisperOutput, bearsLoneSurrogates)
+{
+    const QString output = u"[a] "_qs + QChar(0xD83D) + u"x\n"_qs + QChar(0xDE00) + u"\n"_qs;
+    EXPECT_EQ(cleanWhisperOutput(output), QString(QChar(0xD83D)) + u'x');
+    EXPECT_TRUE(parseTimedSegments(output, true).isEmpty());
+}
+
+class IgnoredPrefix : public testing::TestWithParam<const char *> { };
+
+TEST_P(IgnoredPrefix, keepsALineOutOfAPlainTranscriptInAnyCase)
+{
+    const QString prefix = QString::fromLatin1(GetParam());
+    EXPECT_EQ(cleanWhisperOutput(u"  "_qs + prefix + u"x"_qs), QString());
+    EXPECT_EQ(cleanWhisperOutput(prefix.toUpper() + u"x"_qs), QString());
+    EXPECT_EQ(cleanWhisperOutput(u"a "_qs + prefix), u"a "_qs + prefix.trimmed()) << "only at the beginning";
+    EXPECT_EQ(cleanWhisperOutput(prefix.chopped(1) + u"!"_qs), prefix.chopped(1) + u"!"_qs) << "all of it";
+}
+
+INSTANTIATE_TEST_SUITE_P(All, IgnoredPrefix,
+                         testing::Values("main:", "system_info:", "whisper_", "ggml_",
+                                         "encode:", "decode:", "processing ", "output_",
+                                         "duration:", "language:", "translate:", "error:", "warning:", "build info"));
+
+class LogWord : public testing::TestWithParam<const char *> { };
+
+TEST_P(LogWord, keepsALineOutOfAPlainTranscript)
+{
+    const QString word = QString::fromLatin1(GetParam());
+    EXPECT_EQ(cleanWhisperOutput(u"a "_qs + word + u" b"_qs), QString());
+    EXPECT_EQ(cleanWhisperOutput(u"[x] a "_qs + word + u" b"_qs), u"a "_qs + word + u" b"_qs) << "not in timed lines";
+}
+
+INSTANTIATE_TEST_SUITE_P(All, LogWord, testing::Values("samples,", "whisper.cpp"));
+
+TEST(ParseTimedSegments, findsTheTimesAnywhereInALine)
+{
+    EXPECT_EQ(parseTimedSegments(u"junk [00:00:01.500 --> 00:00:04.250]   Hello there. \r\n", false),
+              (QList<TranscriptSegment>{{u"00:00:01.500"_qs, u"00:00:04.250"_qs, u"Hello there."_qs}}));
+}
+
+TEST(ParseTimedSegments, skipsLinesWithoutText)
+{
+    EXPECT_TRUE(parseTimedSegments(u"[00:00:01.500 --> 00:00:04.250]\n[00:00:01.500 --> 00:00:04.250] \u200B", false)
+                    .isEmpty());
+}
+
+TEST(ParseTimedSegments, stripsDashesOnlyWhenAsked)
+{
+    const QString output = u"[00:00:00.000 --> 00:00:01.000]   - Hi\n[00:00:01.000 --> 00:00:02.000]   - \n"_qs;
+    const auto kept = parseTimedSegments(output, false);
+    ASSERT_EQ(kept.size(), 2);
+    EXPECT_EQ(kept[0].text, u"- Hi"_qs);
+    EXPECT_EQ(kept[1].text, u"-"_qs) << "the blank fell to the trimming of the line";
+    const auto stripped = parseTimedSegments(output, true);
+    ASSERT_EQ(stripped.size(), 2);
+    EXPECT_EQ(stripped[0].text, u"Hi"_qs);
+}
+
+TEST(ParseTimedSegments, keepsOrderAndOverlapsAsTheyCome)
+{
+    const auto segments =
+        parseTimedSegments(u"[00:00:09.000 --> 00:00:08.000] b\n[00:00:01.000 --> 00:00:09.500] a", false);
+    ASSERT_EQ(segments.size(), 2);
+    EXPECT_EQ(segments[0].start, u"00:00:09.000"_qs);
+    EXPECT_EQ(segments[1].start, u"00:00:01.000"_qs);
+}
+
+TEST(ParseTimedSegments, knowsNoThreeDigitHours)
+{
+    EXPECT_TRUE(parseTimedSegments(u"[100:00:00.000 --> 100:00:01.000]   x", false).isEmpty());
+    EXPECT_TRUE(parseTimedSegments(u"[00:00:00,000 --> 00:00:01,000]   x", false).isEmpty());
+    EXPECT_TRUE(parseTimedSegments(u"[00:00:00.00 --> 00:00:01.00]   x", false).isEmpty());
+}
+
+TEST(ParseTimedWindowSegments, carriesSeconds)
+{
+    EXPECT_EQ(parseTimedWindowSegments(u"[00:01:02.500 --> 01:00:00.250]   - x", true),
+              (QList<TranscriptWindowSegment>{{u"00:01:02.500"_qs, u"01:00:00.250"_qs, u"x"_qs, 62.5, 3600.25}}));
+}
+
+TEST(ParseTimedWindowSegments, countsDigitsThatAreNoNumbersAsZero)
+{
+    const auto segments = parseTimedWindowSegments(u"[٠١:٠٠:٠٠.٠٠٠ --> 00:00:01.000] x", false);
+    ASSERT_EQ(segments.size(), 1);
+    EXPECT_EQ(segments[0].startSeconds, 0.0);
+    EXPECT_EQ(segments[0].start, u"٠١:٠٠:٠٠.٠٠٠"_qs);
+}
+
+TEST(TimecodeSeconds, needsThreePieces)
+{
+    EXPECT_EQ(timecodeSeconds(u"00:01:02.500"), 62.5);
+    EXPECT_EQ(timecodeSeconds(u"1:1:1"), 3661.0);
+    EXPECT_EQ(timecodeSeconds(u"::1::2:3:"), 3723.0) << "empty pieces do not count";
+    EXPECT_EQ(timecodeSeconds(u"x:1: 2"), 60.0) << "a piece that is no number is 0";
+    EXPECT_FALSE(timecodeSeconds(u"01:02.500"));
+    EXPECT_FALSE(timecodeSeconds(u"1:2:3:4"));
+    EXPECT_FALSE(timecodeSeconds(u""));
+}
+
+struct DashCase {
+    const char16_t *line;
+    const char16_t *stripped;
+};
+
+class StripDashMarkers : public testing::TestWithParam<DashCase> { };
+
+TEST_P(StripDashMarkers, takesOneMarkerAtTheBeginning)
+{
+    EXPECT_EQ(stripDashMarkers(QStringView(GetParam().line)).toString(), QStringView(GetParam().stripped).toString());
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, StripDashMarkers,
+                         testing::Values(DashCase{u"- Hello", u"Hello"}, DashCase{u"   -  Hello  ", u"Hello"},
+                                         DashCase{u"-Hello", u"-Hello"}, DashCase{u"-", u"-"},
+                                         DashCase{u"- - Hello", u"- Hello"}, DashCase{u"- ", u""}, DashCase{u"", u""},
+                                         DashCase{u"  Hello ", u"  Hello "}, DashCase{u"\u2003\u2028- x", u"x"},
+                                         DashCase{u"\u200B- x", u"\u200B- x"}, DashCase{u"-\u0301 x", u"-\u0301 x"},
+                                         DashCase{u"- \u0301x", u"- \u0301x"}, DashCase{u" \u0301- x", u"x"},
+                                         DashCase{u"– x", u"– x"}, DashCase{u"-\u00A0x", u"-\u00A0x"},
+                                         DashCase{u"- x\u200B", u"x"}));
+
+TEST(DisplayedTranscript, comesFromTheOutputIfThereIsAny)
+{
+    EXPECT_EQ(displayedTranscript(u"[a] - One\n[b] Two", u"stored", false), u"- One\nTwo"_qs);
+    EXPECT_EQ(displayedTranscript(u"", u"- stored", false), u"- stored"_qs);
+    EXPECT_EQ(displayedTranscript(u"main: log", u"stored", false), QString()) << "even if nothing is left of it";
+}
+
+TEST(DisplayedTranscript, stripsDashesLineByLine)
+{
+    EXPECT_EQ(displayedTranscript(u"[a] - One\n[b] Two", u"", true), u"One\nTwo"_qs);
+    EXPECT_EQ(displayedTranscript(u"", u"- a\r\n- b\u2028", true), u"a\n\nb\n"_qs);
+}
+
+TEST(TranscriptCounts, countsWordsAndCharactersWithoutASingular)
+{
+    EXPECT_EQ(TranscriptCounts(u""), u"0 words · 0 chars"_qs);
+    EXPECT_EQ(TranscriptCounts(u"Hello"), u"1 words · 5 chars"_qs);
+    EXPECT_EQ(TranscriptCounts(u" a\r\nb \u2029 c\u200Bd "), u"3 words · 11 chars"_qs);
+    EXPECT_EQ(TranscriptCounts(u"👨‍👩‍👧 e\u0301"), u"2 words · 3 chars"_qs);
+    EXPECT_EQ(TranscriptCounts(u"a \u0301b"), u"2 words · 3 chars"_qs) << "a blank with a mark still separates";
+}
+
+TEST(FormatClock, hasMinutesAndTwoDigitsOfSeconds)
+{
+    EXPECT_EQ(formatClock(75.4), u"1:15"_qs);
+    EXPECT_EQ(formatClock(3725), u"62:05"_qs);
+    EXPECT_EQ(formatClock(0), u"0:00"_qs);
+    EXPECT_EQ(formatClock(0.5), u"0:01"_qs) << "ties go away from zero";
+    EXPECT_EQ(formatClock(59.5), u"1:00"_qs);
+    EXPECT_EQ(formatClock(-3), u"0:00"_qs);
+}
+
+} // namespace
