@@ -1,0 +1,44 @@
+#pragma once
+
+#include "core/live_transcript.h"
+
+#include <QAbstractListModel>
+
+namespace sorvanta {
+
+/// The lines of a run's transcript as rows, one for each line of the displayed text, with only the rows announced
+/// that a piece of output changed. Main thread only.
+class TranscriptLinesModel : public QAbstractListModel {
+    Q_OBJECT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    enum Role { TextRole = Qt::UserRole };
+
+    /// @param transcript whose lines are shown; must outlive the model
+    explicit TranscriptLinesModel(const LiveTranscript &transcript, QObject *parent = nullptr);
+
+    int count() const { return m_count; }
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    /// Announces what the last append() to the transcript changed.
+    void apply(const LiveTranscript::Change &change);
+
+    /// Announces that all is different: the transcript was cleared or taken out of sight.
+    void reset();
+
+    bool stripDashes() const { return m_stripDashes; }
+    void setStripDashes(bool stripDashes);
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    const LiveTranscript &m_transcript;
+    bool m_stripDashes = false;
+    int m_count = 0;
+};
+
+} // namespace sorvanta

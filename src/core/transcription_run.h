@@ -1,0 +1,154 @@
+#pragma once
+
+#include "core/live_transcript.h"
+#include "core/transcript_lines_model.h"
+#include "core/transcription_progress.h"
+#include "core/whisper_runner.h"
+
+#include <QObject>
+#include <QObjectBindableProperty>
+#include <QString>
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <memory>
+#include <optional>
+
+namespace sorvanta {
+
+/// One run of the engine at a time, with all that a screen shows of it: the fields and the protocol that the four
+/// transcription screens share. Main thread only; the work itself is done on a worker.
+class TranscriptionRun : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool isTranscribing READ isTranscribing NOTIFY isTranscribingChanged)
+    Q_PROPERTY(bool isStopping READ isStopping NOTIFY isStoppingChanged)
+    Q_PROPERTY(QString status READ status NOTIFY statusChanged)
+    Q_PROPERTY(QString errorText READ errorText NOTIFY errorChanged)
+    Q_PROPERTY(bool hasError READ hasError NOTIFY errorChanged)
+    Q_PROPERTY(double progress READ progressOrZero NOTIFY progressChanged)
+    Q_PROPERTY(bool hasProgress READ hasProgress NOTIFY progressChanged)
+    Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
+    Q_PROPERTY(QString remainingText READ remainingText NOTIFY etaTextChanged)
+    Q_PROPERTY(bool isStatusShown READ isStatusShown NOTIFY isStatusShownChanged)
+    Q_PROPERTY(sorvanta::TranscriptLinesModel *lines READ lines CONSTANT)
+    Q_PROPERTY(bool hasShownText READ hasShownText NOTIFY hasShownTextChanged)
+    Q_PROPERTY(bool stripDashes READ stripDashes WRITE setStripDashes NOTIFY stripDashesChanged)
+
+public:
+    /// What the screen does at the end of a run.
+    struct Hooks {
+        std::function<void()> removeTemporaries; ///< after every run, however it ended
+        std::function<void()> saveToHistory; ///< after a run that went well, at the very end of it
+    };
+
+    /// @param settings where the engine lies and whether its command line is printed
+    TranscriptionRun(WhisperRunner::Settings settings, Hooks hooks, QObject *parent = nullptr);
+
+    /// Ends a child that still runs and waits for the worker.
+    ~TranscriptionRun() override;
+
+    /// Resets the fields and starts the engine on a worker; the fields follow its output, and the run ends with
+    /// `status` "Done" or "Cancelled", or with an `error`.
+    /// @param language the code as chosen; the engine is handed effectiveLanguage() of it
+    void start(const QString &audioPath, const QString &modelPath, const QString &language);
+
+    /// Resets the fields for a run that begins now.
+    void beginRun();
+
+    /// Asks the run to end. The words of the end come when the child has ended.
+    Q_INVOKABLE void stopRun();
+
+    bool isTranscribing() const { return m_isTranscribing; }
+    bool isStopping() const { return m_isStopping; }
+    bool hasActiveProcess() const { return m_activeProcess != nullptr; }
+
+    /// One line under the controls; may be empty.
+    const QString &status() const { return m_status.value(); }
+    void setStatus(const QString &status) { m_status = status; }
+
+    /// The message of the last failure, or none.
+    const std::optional<QString> &error() const { return m_error.value(); }
+    void setError(const std::optional<QString> &error) { m_error = error; }
+    QString errorText() const { return error().value_or(QString()); }
+    bool hasError() const { return error().has_value(); }
+
+    /// 0.0 to 1.0, or none as long as the length of the audio is not known.
+    const std::optional<double> &progress() const { return m_progress.progress; }
+    double progressOrZero() const { return progress().value_or(0.0); }
+    bool hasProgress() const { return progress().has_value(); }
+    /// "Progress: 42%"; empty without progress.
+    QString progressText() const;
+    /// "Estimating…", "ETA: 1m 5s", "Done"; empty before the first run.
+    const QString &etaText() const { return m_progress.etaText; }
+    /// `etaText` as the row of a running transcription shows it.
+    QString remainingText() const;
+    std::optional<double> totalDuration() const { return m_progress.totalDuration; }
+
+    /// Whether the status row is there: not when it is empty, nor while the progress row speaks for it.
+    bool isStatusShown() const { return m_isStatusShown; }
+
+    /// The whole output of the run so far.
+    const QString &rawOutput() const { return m_output.rawOutput(); }
+    /// The cleaned text as it came; empty after clearTranscript() until the next output.
+    QString transcript() const;
+    /// What is shown, searched, copied and saved.
+    QString displayedTranscript() const;
+    /// Whether anything of displayedTranscript() is there to show.
+    bool hasShownText() const { return m_hasShownText; }
+    /// The rows of displayedTranscript().
+    TranscriptLinesModel *lines() { return &m_lines; }
+    void clearTranscript() { m_isTranscriptCleared = true; }
+
+    bool stripDashes() const { return m_lines.stripDashes(); }
+    void setStripDashes(bool stripDashes);
+
+    /// The language code that the last run handed to the engine.
+    const QString &runLanguage() const { return m_runLanguage; }
+
+Q_SIGNALS:
+    void isTranscribingChanged();
+    void isStoppingChanged();
+    void statusChanged();
+    void errorChanged();
+    void progressChanged();
+    void etaTextChanged();
+    void isStatusShownChanged();
+    void hasShownTextChanged();
+    void stripDashesChanged();
+    /// The text of the transcript changed.
+    void transcriptChanged();
+
+private:
+    void takeOutput(const QString &piece);
+    void finishRun(const QString &output);
+    void failRun(const std::exception_ptr &failure);
+    void endRun();
+    void setStopping(bool isStopping);
+    void announceProgress();
+    void updateHasShownText();
+    WhisperRunner::Hooks workerHooks();
+
+    WhisperRunner::Settings m_settings;
+    Hooks m_hooks;
+    LiveTranscript m_output;
+    ProgressScanner m_scanner;
+    TranscriptionProgress m_progress;
+    TranscriptLinesModel m_lines{m_output};
+    bool m_isTranscriptCleared = false;
+    QString m_runLanguage;
+    std::shared_ptr<EngineTask> m_activeProcess;
+    /// What the worker reads of `isStopping`; of its own for each run, so that a late worker reads the right one.
+    std::shared_ptr<std::atomic<bool>> m_isStoppingForWorker = std::make_shared<std::atomic<bool>>(false);
+    std::future<void> m_worker;
+
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isTranscribing, &TranscriptionRun::isTranscribingChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isStopping, &TranscriptionRun::isStoppingChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, QString, m_status, &TranscriptionRun::statusChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, std::optional<QString>, m_error, &TranscriptionRun::errorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isProgressKnown)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isStatusShown, &TranscriptionRun::isStatusShownChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_hasShownText, &TranscriptionRun::hasShownTextChanged)
+};
+
+} // namespace sorvanta

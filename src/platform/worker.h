@@ -1,0 +1,13 @@
+#pragma once
+
+#include <functional>
+#include <future>
+
+namespace sorvanta {
+
+/// Runs `work` on a thread of the global pool. The pool grows as far as needed, since such work mostly waits: for a
+/// child process, or for a conversion. `work` must not throw.
+/// @return becomes ready when the work is done; letting it go waits for nothing
+std::future<void> runOnWorker(std::function<void()> work);
+
+} // namespace sorvanta

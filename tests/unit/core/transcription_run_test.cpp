@@ -1,0 +1,262 @@
+#include "core/transcription_run.h"
+
+#include "core/transcript_text.h"
+#include "support/fake_engine_bundle.h"
+#include "support/printing.h"
+
+#include <gtest/gtest.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace sorvanta;
+
+namespace {
+
+const QByteArray timedOutput = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
+                               "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n";
+
+class TranscriptionRunTest : public testing::Test {
+protected:
+    void start(const QByteArray &script, const QString &language = QStringLiteral("auto"))
+    {
+        run.start(QStringLiteral("/a.wav"), bundle.script(script), language);
+    }
+    void waitForEnd()
+    {
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !run.isTranscribing(); }, 20000));
+    }
+    template<typename Condition>
+    void waitFor(Condition condition)
+    {
+        ASSERT_TRUE(QTest::qWaitFor(condition, 20000));
+    }
+
+    FakeEngineBundle bundle;
+    QStringList events;
+    TranscriptionRun run{{bundle.resourceFolder(), false},
+                         {.removeTemporaries = [this] { events << QStringLiteral("remove"); },
+                          .saveToHistory = [this] { events << QStringLiteral("save"); }}};
+};
+
+TEST_F(TranscriptionRunTest, isIdleAtFirst)
+{
+    EXPECT_FALSE(run.isTranscribing());
+    EXPECT_FALSE(run.isStopping());
+    EXPECT_FALSE(run.hasActiveProcess());
+    EXPECT_EQ(run.transcript(), QString());
+    EXPECT_EQ(run.rawOutput(), QString());
+    EXPECT_EQ(run.status(), QString());
+    EXPECT_FALSE(run.error());
+    EXPECT_FALSE(run.progress());
+    EXPECT_EQ(run.etaText(), QString());
+    EXPECT_EQ(run.remainingText(), u"Estimating…"_qs);
+    EXPECT_FALSE(run.totalDuration());
+    EXPECT_FALSE(run.hasShownText());
+    EXPECT_FALSE(run.isStatusShown());
+}
+
+TEST_F(TranscriptionRunTest, beginResetsEveryField)
+{
+    start(timedOutput);
+    waitForEnd();
+    run.setError(u"old"_qs);
+    run.beginRun();
+    EXPECT_TRUE(run.isTranscribing());
+    EXPECT_EQ(run.transcript(), QString());
+    EXPECT_EQ(run.rawOutput(), QString());
+    EXPECT_FALSE(run.error());
+    EXPECT_EQ(run.status(), u"Preparing…"_qs);
+    EXPECT_FALSE(run.progress());
+    EXPECT_EQ(run.etaText(), u"Estimating…"_qs);
+    EXPECT_FALSE(run.totalDuration());
+    EXPECT_FALSE(run.isStopping());
+    EXPECT_FALSE(run.hasActiveProcess());
+    EXPECT_EQ(run.lines()->count(), 0);
+    EXPECT_FALSE(run.hasShownText());
+}
+
+TEST_F(TranscriptionRunTest, followsTheOutputAndEndsDone)
+{
+    start(timedOutput + "sleep 400\nprint [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n");
+    EXPECT_TRUE(run.isTranscribing());
+    waitFor([this] { return run.hasProgress() && run.progressOrZero() > 0; });
+    EXPECT_EQ(run.progress(), 0.5);
+    EXPECT_EQ(run.progressText(), u"Progress: 50%"_qs);
+    EXPECT_TRUE(run.etaText().startsWith(u"ETA: "_qs));
+    EXPECT_EQ(run.totalDuration(), 30.0);
+    EXPECT_EQ(run.transcript(), u"- One"_qs);
+    EXPECT_TRUE(run.hasActiveProcess());
+    EXPECT_FALSE(run.isStatusShown()) << "the progress row speaks for it";
+    EXPECT_TRUE(events.isEmpty());
+
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Done"_qs);
+    EXPECT_TRUE(run.isStatusShown());
+    EXPECT_EQ(run.progress(), 1.0);
+    EXPECT_EQ(run.etaText(), u"Done"_qs);
+    EXPECT_EQ(run.transcript(), u"- One\nTwo"_qs);
+    EXPECT_EQ(run.transcript(), cleanWhisperOutput(run.rawOutput()));
+    EXPECT_FALSE(run.error());
+    EXPECT_FALSE(run.hasActiveProcess());
+    EXPECT_EQ(events, (QStringList{u"remove"_qs, u"save"_qs}));
+}
+
+TEST_F(TranscriptionRunTest, showsTheStatusUntilProgressIsKnown)
+{
+    start("sleep 300\n");
+    EXPECT_TRUE(run.isStatusShown());
+    EXPECT_EQ(run.status(), u"Preparing…"_qs);
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Done"_qs);
+    EXPECT_EQ(run.transcript(), QString()) << "an engine that said nothing";
+}
+
+TEST_F(TranscriptionRunTest, showsAFailureAndSavesNothing)
+{
+    start(timedOutput + "exit 3\n");
+    waitForEnd();
+    EXPECT_EQ(run.status(), QString());
+    ASSERT_TRUE(run.error());
+    EXPECT_TRUE(run.error()->startsWith(u"Whisper failed: main: processing"_qs));
+    EXPECT_EQ(run.progress(), 0.5) << "progress stays as it was";
+    EXPECT_TRUE(run.etaText().startsWith(u"ETA: "_qs));
+    EXPECT_EQ(run.transcript(), u"- One"_qs);
+    EXPECT_EQ(events, QStringList{u"remove"_qs});
+}
+
+TEST_F(TranscriptionRunTest, aStopEndsAsCancelledAndKeepsThePartialText)
+{
+    start(timedOutput + "sleep 20000\n");
+    waitFor([this] { return !run.transcript().isEmpty(); });
+    run.stopRun();
+    EXPECT_TRUE(run.isStopping());
+    EXPECT_EQ(run.status(), u"Stopping…"_qs);
+    EXPECT_TRUE(run.isTranscribing());
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Cancelled"_qs);
+    EXPECT_FALSE(run.isStopping());
+    EXPECT_FALSE(run.error());
+    EXPECT_EQ(run.transcript(), u"- One"_qs);
+    EXPECT_EQ(run.progress(), 0.5);
+    EXPECT_EQ(events, QStringList{u"remove"_qs});
+}
+
+TEST_F(TranscriptionRunTest, aStopPressedTwiceHasNoSecondEffect)
+{
+    start("ignore-stop\nprint x%0A\nsleep 500\n");
+    waitFor([this] { return !run.rawOutput().isEmpty(); });
+    run.stopRun();
+    run.setStatus(u"marked"_qs);
+    QSignalSpy statusSpy(&run, &TranscriptionRun::statusChanged);
+    run.stopRun();
+    EXPECT_EQ(statusSpy.count(), 0);
+    EXPECT_EQ(run.status(), u"marked"_qs);
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Cancelled"_qs);
+}
+
+TEST_F(TranscriptionRunTest, aStopWithoutARunDoesNothing)
+{
+    run.stopRun();
+    EXPECT_FALSE(run.isStopping());
+    EXPECT_EQ(run.status(), QString());
+}
+
+TEST_F(TranscriptionRunTest, aStopBeforeTheProcessWasStoredSendsNothingButStillCancels)
+{
+    start("sleep 300\nprint [x] text%0A\n");
+    ASSERT_FALSE(run.hasActiveProcess()) << "the post has not run yet";
+    run.stopRun();
+    EXPECT_TRUE(run.isStopping());
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Cancelled"_qs);
+    EXPECT_EQ(run.transcript(), u"text"_qs) << "the engine ran to its end";
+    EXPECT_EQ(events, QStringList{u"remove"_qs});
+}
+
+TEST_F(TranscriptionRunTest, aMissingEngineIsTold)
+{
+    QFile::remove(bundle.enginePath());
+    start("");
+    waitForEnd();
+    EXPECT_EQ(run.errorText(), u"whisper-cli not found in bundle at sorvanta_extra_data/whisper.cpp/build/bin"_qs);
+}
+
+TEST_F(TranscriptionRunTest, handsOnTheLanguageTrimmedAndLowerCased)
+{
+    start("arguments\n", u"  EN "_qs);
+    waitForEnd();
+    EXPECT_TRUE(run.rawOutput().endsWith(u"-l\nen\n"_qs));
+    EXPECT_EQ(run.runLanguage(), u"en"_qs);
+}
+
+TEST_F(TranscriptionRunTest, repairsOutputThatIsNoUtf8AtTheEnd)
+{
+    start("print [x] a%0A\nsleep 200\nprint [x] %FF%0A\n");
+    waitForEnd();
+    EXPECT_EQ(run.transcript(), u"a\n\uFFFD"_qs);
+    EXPECT_EQ(run.rawOutput(), u"[x] a\n[x] \uFFFD\n"_qs);
+}
+
+TEST_F(TranscriptionRunTest, stripsDashesFromWhatIsShownOnly)
+{
+    start(timedOutput);
+    waitForEnd();
+    run.setStripDashes(true);
+    EXPECT_EQ(run.displayedTranscript(), u"One"_qs);
+    EXPECT_EQ(run.lines()->index(0).data(TranscriptLinesModel::TextRole).toString(), u"One"_qs);
+    EXPECT_EQ(run.transcript(), u"- One"_qs);
+}
+
+TEST_F(TranscriptionRunTest, showsNothingWhenStrippingLeavesNothing)
+{
+    start("print [no end - %0A\n");
+    waitForEnd();
+    EXPECT_TRUE(run.hasShownText());
+    start("print x%0A\nprint %0A\n");
+    waitForEnd();
+    EXPECT_TRUE(run.hasShownText());
+    EXPECT_EQ(run.displayedTranscript().isEmpty(), !run.hasShownText());
+}
+
+TEST_F(TranscriptionRunTest, aClearedTranscriptLeavesTheOutputOnShow)
+{
+    start(timedOutput);
+    waitForEnd();
+    run.clearTranscript();
+    EXPECT_EQ(run.transcript(), QString());
+    EXPECT_EQ(run.displayedTranscript(), u"- One"_qs);
+}
+
+TEST(TranscriptionRun, destroyedInMidRunEndsItsEngine)
+{
+    FakeEngineBundle bundle;
+    QElapsedTimer timer;
+    timer.start();
+    {
+        TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
+        run.start(QStringLiteral("/a.wav"), bundle.script("print x%0A\nsleep 20000\n"), QString());
+        ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 10000));
+    }
+    EXPECT_LT(timer.elapsed(), 8000);
+}
+
+TEST(TranscriptionRun, twoAtOnceDoNotKnowOfEachOther)
+{
+    FakeEngineBundle bundle;
+    const TranscriptionRun::Hooks none{.removeTemporaries = [] {}, .saveToHistory = [] {}};
+    TranscriptionRun first({bundle.resourceFolder(), false}, none);
+    TranscriptionRun second({bundle.resourceFolder(), false}, none);
+    first.start(QStringLiteral("/a"), bundle.script("print [x] a%0A\nsleep 20000\n", u"a"_qs), QString());
+    second.start(QStringLiteral("/b"), bundle.script("print [x] b%0A\nsleep 300\n", u"b"_qs), QString());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return first.hasActiveProcess() && !second.isTranscribing(); }, 10000));
+    EXPECT_EQ(second.status(), u"Done"_qs);
+    EXPECT_TRUE(first.isTranscribing());
+    EXPECT_EQ(first.transcript(), u"a"_qs);
+    first.stopRun();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !first.isTranscribing(); }, 10000));
+    EXPECT_EQ(first.status(), u"Cancelled"_qs);
+}
+
+} // namespace
