@@ -1,4 +1,4 @@
-#include "support/scripted_model_codes.h"
+#include "scripted_model/code_book.h"
 
 #include <algorithm>
 #include <cmath>

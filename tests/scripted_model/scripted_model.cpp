@@ -1,6 +1,6 @@
-#include "support/scripted_model.h"
+#include "scripted_model/scripted_model.h"
 
-#include "support/scripted_model_decoder.h"
+#include "scripted_model/scripted_decoder.h"
 
 #include <algorithm>
 #include <array>

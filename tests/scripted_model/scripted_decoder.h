@@ -1,7 +1,7 @@
 #pragma once
 
-#include "support/scripted_model.h"
-#include "support/scripted_model_codes.h"
+#include "scripted_model/scripted_model.h"
+#include "scripted_model/code_book.h"
 
 #include <map>
 #include <string>

@@ -1,4 +1,4 @@
-#include "support/scripted_model_decoder.h"
+#include "scripted_model/scripted_decoder.h"
 
 #include <algorithm>
 #include <cmath>

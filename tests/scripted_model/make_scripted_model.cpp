@@ -1,6 +1,6 @@
 // Writes a computed speech model: make_scripted_model FILE [AUDIO_LAYERS]
 
-#include "support/scripted_model.h"
+#include "scripted_model/scripted_model.h"
 
 #include <cstdlib>
 #include <exception>
