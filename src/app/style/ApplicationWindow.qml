@@ -1,0 +1,5 @@
+import QtQuick.Templates as T
+
+T.ApplicationWindow {
+    color: Theme.windowColor
+}

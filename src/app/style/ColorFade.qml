@@ -1,0 +1,6 @@
+import QtQuick
+
+ColorAnimation {
+    duration: Theme.hoverTime
+    easing.type: Easing.OutCubic
+}

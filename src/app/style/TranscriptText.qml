@@ -1,0 +1,8 @@
+import QtQuick
+
+// A row of a transcript.
+StyledText {
+    font.pixelSize: 14
+    font.weight: Font.Normal
+    lineSize: 21
+}

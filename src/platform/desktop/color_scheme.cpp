@@ -1,0 +1,122 @@
+#include "platform/desktop/color_scheme.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QEvent>
+#include <QFileInfo>
+#include <QFutureWatcher>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QUuid>
+#include <QtConcurrent>
+
+namespace sorvanta {
+
+namespace {
+
+const QString portalService = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
+const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
+
+/// Empty where nothing says that a bus runs: asking for one all the same would start one, and wait for it.
+QString sessionBusAddress()
+{
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (!address.isEmpty())
+        return address;
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const QString socket = folder + QStringLiteral("/bus");
+    return !folder.isEmpty() && QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket : QString();
+}
+
+bool isPaletteDark()
+{
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+} // namespace
+
+ColorScheme::ColorScheme(QObject *parent)
+    : ColorScheme(sessionBusAddress(), parent)
+{
+}
+
+ColorScheme::ColorScheme(const QString &busAddress, QObject *parent)
+    : QObject(parent)
+    , m_connectionName(QStringLiteral("sorvanta-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
+{
+    m_isPaletteDark = isPaletteDark();
+    m_isDark.setBinding([this] { return m_wishedDark.value().value_or(m_isPaletteDark.value()); });
+    m_hasReducedMotion.setBinding([this] { return m_reducesMotion || !m_hasAnimations; });
+    qApp->installEventFilter(this);
+    if (busAddress.isEmpty())
+        return;
+
+    auto *watcher = new QFutureWatcher<QDBusConnection>(this);
+    connect(watcher, &QFutureWatcher<QDBusConnection>::finished, this, [this, watcher] {
+        listen(watcher->result());
+        watcher->deleteLater();
+    });
+    watcher->setFuture(QtConcurrent::run(
+        [busAddress, name = m_connectionName] { return QDBusConnection::connectToBus(busAddress, name); }));
+}
+
+ColorScheme::~ColorScheme()
+{
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+bool ColorScheme::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange)
+        m_isPaletteDark = isPaletteDark();
+    return QObject::eventFilter(watched, event);
+}
+
+void ColorScheme::listen(const QDBusConnection &bus)
+{
+    if (!bus.isConnected())
+        return;
+    QDBusConnection(bus).connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
+                                 SLOT(settingChanged(QString, QString, QDBusVariant)));
+
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("ReadAll"));
+    question << QStringList({appearanceGroup, gnomeGroup});
+    auto *answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        const QDBusPendingReply<QMap<QString, QVariantMap>> reply = *answer;
+        answer->deleteLater();
+        if (reply.isError())
+            return;
+        const QMap<QString, QVariantMap> groups = reply.value();
+        for (auto group = groups.begin(); group != groups.end(); ++group) {
+            for (auto setting = group->begin(); setting != group->end(); ++setting)
+                take(group.key(), setting.key(), setting.value());
+        }
+    });
+}
+
+void ColorScheme::take(const QString &group, const QString &key, const QVariant &value)
+{
+    if (group == appearanceGroup && key == QStringLiteral("color-scheme")) {
+        const uint wish = value.toUInt();
+        m_wishedDark = wish == 1 ? std::optional(true) : wish == 2 ? std::optional(false) : std::nullopt;
+    } else if (group == appearanceGroup && key == QStringLiteral("reduced-motion")) {
+        m_reducesMotion = value.toUInt() == 1;
+    } else if (group == gnomeGroup && key == QStringLiteral("enable-animations")) {
+        m_hasAnimations = value.toBool();
+    }
+}
+
+void ColorScheme::settingChanged(const QString &group, const QString &key, const QDBusVariant &value)
+{
+    take(group, key, value.variant());
+}
+
+} // namespace sorvanta

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusVariant>
+#include <QObject>
+#include <QProperty>
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+namespace sorvanta {
+
+/// What the desktop asks of the look of applications: dark or light colours, motion or none. Read from the settings of
+/// the desktop portal and followed live. Without a bus, a portal or a wish, the palette of the application decides
+/// about dark, and there is motion. Never blocks: the connection is made on the global thread pool, and until the
+/// portal has answered the palette decides. Belongs to the main thread, and needs a QGuiApplication.
+class ColorScheme : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(bool isDark READ isDark NOTIFY isDarkChanged)
+    Q_PROPERTY(bool hasReducedMotion READ hasReducedMotion NOTIFY hasReducedMotionChanged)
+
+public:
+    /// Listens on the session bus of the user.
+    explicit ColorScheme(QObject *parent = nullptr);
+
+    /// Listens on the bus at `busAddress`; an empty address means that there is no bus.
+    explicit ColorScheme(const QString &busAddress, QObject *parent = nullptr);
+
+    ~ColorScheme() override;
+
+    bool isDark() const { return m_isDark; }
+    bool hasReducedMotion() const { return m_hasReducedMotion; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    Q_SIGNAL void isDarkChanged();
+    Q_SIGNAL void hasReducedMotionChanged();
+
+private:
+    void listen(const QDBusConnection &bus);
+    void take(const QString &group, const QString &key, const QVariant &value);
+    Q_SLOT void settingChanged(const QString &group, const QString &key, const QDBusVariant &value);
+
+    QString m_connectionName;
+    Q_OBJECT_BINDABLE_PROPERTY(ColorScheme, std::optional<bool>, m_wishedDark)
+    Q_OBJECT_BINDABLE_PROPERTY(ColorScheme, bool, m_isPaletteDark)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ColorScheme, bool, m_reducesMotion, false)
+    Q_OBJECT_BINDABLE_PROPERTY_WITH_ARGS(ColorScheme, bool, m_hasAnimations, true)
+    Q_OBJECT_BINDABLE_PROPERTY(ColorScheme, bool, m_isDark, &ColorScheme::isDarkChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(ColorScheme, bool, m_hasReducedMotion, &ColorScheme::hasReducedMotionChanged)
+};
+
+} // namespace sorvanta

@@ -1,0 +1,151 @@
+#include "ui/support/ui_test.h"
+
+#include <QAccessible>
+#include <QAccessibleActionInterface>
+#include <QQmlComponent>
+#include <QTest>
+#include <QtMath>
+
+#include <iostream>
+
+namespace sorvanta {
+
+namespace {
+
+void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    if (type == QtFatalMsg)
+        std::cerr << text.toStdString() << std::endl;
+    ADD_FAILURE() << "Warning: " << text.toStdString();
+}
+
+QByteArray source(const QString &module, const QString &type)
+{
+    return QStringLiteral("import %1\n%2 {}\n").arg(module, type).toUtf8();
+}
+
+} // namespace
+
+void failOnQtWarnings()
+{
+    qInstallMessageHandler(failOnWarning);
+}
+
+UiTest::UiTest()
+{
+    engine.addImportPath("qrc:/qt/qml");
+    QQmlComponent loader(&engine);
+    loader.setData("import QtQml\nimport Sorvanta.Style\nQtObject { property QtObject theme: Theme }", {});
+    const std::unique_ptr<QObject> holder(loader.isReady() ? loader.create() : nullptr);
+    if (!holder)
+        qFatal("%s", qUtf8Printable(loader.errorString()));
+    theme = holder->property("theme").value<QObject *>();
+    EXPECT_NE(theme, nullptr);
+    theme->setProperty("motion", false);
+    setDark(false);
+}
+
+UiTest::~UiTest()
+{
+    delete root;
+}
+
+QQuickItem *UiTest::show(const QByteArray &qml, const QVariantMap &properties)
+{
+    QQmlComponent component(&engine);
+    component.setData(qml, QUrl("qrc:/qt/qml/Shown.qml"));
+    if (component.isReady())
+        root = qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties));
+    if (!root) {
+        ADD_FAILURE() << component.errorString().toStdString();
+        return nullptr;
+    }
+    window = std::make_unique<QQuickWindow>();
+    window->setColor(color("windowColor"));
+    window->resize(qMax(400, qCeil(root->width())), qMax(300, qCeil(root->height())));
+    root->setParentItem(window->contentItem());
+    window->show();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    window->requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    return root;
+}
+
+QQuickItem *UiTest::showType(const QString &module, const QString &type, const QVariantMap &properties)
+{
+    return show(source(module, type), properties);
+}
+
+QQuickItem *UiTest::item(const QString &objectName) const
+{
+    QList<QQuickItem *> waiting {window->contentItem()};
+    while (!waiting.isEmpty()) {
+        QQuickItem *candidate = waiting.takeFirst();
+        if (candidate->objectName() == objectName)
+            return candidate;
+        waiting += candidate->childItems();
+    }
+    ADD_FAILURE() << "There is no item named " << objectName.toStdString();
+    return nullptr;
+}
+
+void UiTest::setDark(bool isDark)
+{
+    theme->setProperty("dark", isDark);
+    if (window)
+        window->setColor(color("windowColor"));
+}
+
+QColor UiTest::color(const char *token) const
+{
+    const QVariant value = theme->property(token);
+    EXPECT_TRUE(value.isValid()) << token;
+    return value.value<QColor>();
+}
+
+QImage UiTest::grab() const
+{
+    QTest::qWait(20);
+    return window->grabWindow();
+}
+
+QColor UiTest::pixel(const QQuickItem *item, int x, int y) const
+{
+    return grab().pixelColor(item->mapToScene(QPointF(x, y)).toPoint());
+}
+
+void UiTest::click(QQuickItem *item)
+{
+    const QPoint middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    QTest::mouseClick(window.get(), Qt::LeftButton, Qt::NoModifier, middle);
+}
+
+void UiTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
+{
+    QTest::keyClick(window.get(), key, modifiers);
+}
+
+void UiTest::tabTo(QQuickItem *item)
+{
+    for (int step = 0; step < 100 && !item->hasActiveFocus(); ++step)
+        press(Qt::Key_Tab);
+    EXPECT_TRUE(item->hasActiveFocus());
+}
+
+QAccessibleInterface *UiTest::accessible(QObject *object) const
+{
+    QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(object);
+    EXPECT_NE(interface, nullptr);
+    return interface;
+}
+
+void UiTest::pressAccessibly(QObject *object, const QString &action)
+{
+    QAccessibleActionInterface *actions = accessible(object)->actionInterface();
+    ASSERT_NE(actions, nullptr);
+    actions->doAction(action.isEmpty() ? QAccessibleActionInterface::pressAction() : action);
+}
+
+} // namespace sorvanta

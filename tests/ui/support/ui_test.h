@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QImage>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QVariantMap>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+class QAccessibleInterface;
+
+namespace sorvanta {
+
+/// From here on each warning of Qt or QML fails the test that runs.
+void failOnQtWarnings();
+
+/// Shows QML in a window of its own, in the light theme and without motion unless told otherwise.
+class UiTest : public testing::Test {
+protected:
+    UiTest();
+    ~UiTest() override;
+
+    /// Shows `qml`, the source of an item, with `properties` set from the start.
+    QQuickItem *show(const QByteArray &qml, const QVariantMap &properties = {});
+
+    /// Shows a type of a module that the program links.
+    QQuickItem *showType(const QString &module, const QString &type, const QVariantMap &properties = {});
+
+    /// The item or object with that objectName; the test fails when there is none.
+    QQuickItem *item(const QString &objectName) const;
+
+    void setDark(bool isDark);
+    QColor color(const char *token) const;
+    QImage grab() const;
+    /// The colour that is drawn at that place of the item.
+    QColor pixel(const QQuickItem *item, int x, int y) const;
+
+    void click(QQuickItem *item);
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    /// Presses Tab until the item has the focus.
+    void tabTo(QQuickItem *item);
+
+    QAccessibleInterface *accessible(QObject *object) const;
+    /// Does what a screen reader does when its user presses the control.
+    void pressAccessibly(QObject *object, const QString &action = {});
+
+    QQmlEngine engine;
+    std::unique_ptr<QQuickWindow> window;
+    QQuickItem *root = nullptr;
+
+private:
+    QObject *theme = nullptr;
+};
+
+} // namespace sorvanta
