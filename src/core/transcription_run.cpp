@@ -30,7 +30,7 @@ TranscriptionRun::~TranscriptionRun()
     constexpr auto patience = 2s;
     if (!m_worker.valid())
         return;
-    *m_isStoppingForWorker = true;
+    *m_stopFlag = true;
     if (m_activeProcess)
         m_activeProcess->terminate();
     if (m_worker.wait_for(patience) == std::future_status::ready)
@@ -42,20 +42,22 @@ TranscriptionRun::~TranscriptionRun()
 
 void TranscriptionRun::start(const QString &audioPath, const QString &modelPath, const QString &language)
 {
+    if (m_activeProcess)
+        m_activeProcess->terminate();
     beginRun();
     m_runLanguage = effectiveLanguage(language);
-    m_worker = runOnWorker([self = QPointer(this), runner = WhisperRunner(m_settings, workerHooks()), audioPath,
-                            modelPath, code = m_runLanguage]() mutable {
+    m_worker = runOnWorker([this, isCurrent = currencyTest(), runner = WhisperRunner(m_settings, workerHooks()),
+                            audioPath, modelPath, code = m_runLanguage]() mutable {
         try {
             const QString output = runner.run(audioPath, modelPath, code);
-            postToMain([self, output] {
-                if (self)
-                    self->finishRun(output);
+            postToMain([this, isCurrent, output] {
+                if (isCurrent())
+                    finishRun(output);
             });
         } catch (...) {
-            postToMain([self, failure = std::current_exception()] {
-                if (self)
-                    self->failRun(failure);
+            postToMain([this, isCurrent, failure = std::current_exception()] {
+                if (isCurrent())
+                    failRun(failure);
             });
         }
     });
@@ -71,7 +73,7 @@ void TranscriptionRun::beginRun()
     m_error = std::nullopt;
     m_status = QStringLiteral("Preparing…");
     m_progress.begin(TranscriptionProgress::Clock::now());
-    m_isStoppingForWorker = std::make_shared<std::atomic<bool>>(false);
+    m_stopFlag = std::make_shared<std::atomic<bool>>(false);
     m_isStopping = false;
     m_activeProcess = nullptr;
     announceProgress();
@@ -174,7 +176,7 @@ void TranscriptionRun::endRun()
 void TranscriptionRun::setStopping(bool isStopping)
 {
     m_isStopping = isStopping;
-    *m_isStoppingForWorker = isStopping;
+    *m_stopFlag = isStopping;
 }
 
 void TranscriptionRun::announceProgress()
@@ -192,25 +194,32 @@ void TranscriptionRun::updateHasShownText()
         count > 1 || (count == 1 && !m_lines.index(0).data(TranscriptLinesModel::TextRole).toString().isEmpty());
 }
 
+std::function<bool()> TranscriptionRun::currencyTest()
+{
+    return [self = QPointer(this), stopFlag = m_stopFlag] { return self && self->m_stopFlag == stopFlag; };
+}
+
 WhisperRunner::Hooks TranscriptionRun::workerHooks()
 {
-    const QPointer self(this);
+    const auto isCurrent = currencyTest();
     return {
         .taskCreated =
-            [self](std::shared_ptr<EngineTask> task) {
-                postToMain([self, task = std::move(task)] {
-                    if (self)
-                        self->m_activeProcess = task;
+            [this, isCurrent](std::shared_ptr<EngineTask> task) {
+                postToMain([this, isCurrent, task = std::move(task)] {
+                    if (isCurrent())
+                        m_activeProcess = task;
+                    else
+                        task->terminate();
                 });
             },
         .onOutput =
-            [self](const QString &piece) {
-                postToMain([self, piece] {
-                    if (self)
-                        self->takeOutput(piece);
+            [this, isCurrent](const QString &piece) {
+                postToMain([this, isCurrent, piece] {
+                    if (isCurrent())
+                        takeOutput(piece);
                 });
             },
-        .isStopping = [isStopping = m_isStoppingForWorker] { return isStopping->load(); },
+        .isStopping = [stopFlag = m_stopFlag] { return stopFlag->load(); },
         .print = WhisperRunner::printOnStandardOutput,
     };
 }

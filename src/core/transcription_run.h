@@ -49,7 +49,7 @@ public:
     ~TranscriptionRun() override;
 
     /// Resets the fields and starts the engine on a worker; the fields follow its output, and the run ends with
-    /// `status` "Done" or "Cancelled", or with an `error`.
+    /// `status` "Done" or "Cancelled", or with an `error`. A run that still goes on is ended and heard of no more.
     /// @param language the code as chosen; the engine is handed effectiveLanguage() of it
     void start(const QString &audioPath, const QString &modelPath, const QString &language);
 
@@ -128,6 +128,8 @@ private:
     void announceProgress();
     void updateHasShownText();
     WhisperRunner::Hooks workerHooks();
+    /// A test, for the main thread, whether the run that begins now is still this object's.
+    std::function<bool()> currencyTest();
 
     WhisperRunner::Settings m_settings;
     Hooks m_hooks;
@@ -138,8 +140,8 @@ private:
     bool m_isTranscriptCleared = false;
     QString m_runLanguage;
     std::shared_ptr<EngineTask> m_activeProcess;
-    /// What the worker reads of `isStopping`; of its own for each run, so that a late worker reads the right one.
-    std::shared_ptr<std::atomic<bool>> m_isStoppingForWorker = std::make_shared<std::atomic<bool>>(false);
+    /// What the worker reads of `isStopping`. Each run has its own, which tells it from the ones before.
+    std::shared_ptr<std::atomic<bool>> m_stopFlag = std::make_shared<std::atomic<bool>>(false);
     std::future<void> m_worker;
 
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isTranscribing, &TranscriptionRun::isTranscribingChanged)

@@ -1,0 +1,97 @@
+#include "models/models_settings_view_model.h"
+
+#include "platform/error.h"
+#include "platform/file_system.h"
+#include "platform/folders.h"
+
+#include <QDir>
+
+namespace sorvanta {
+
+ModelsSettingsViewModel &ModelsSettingsViewModel::shared()
+{
+    static auto *const instance = new ModelsSettingsViewModel(applicationSupportFolder());
+    return *instance;
+}
+
+ModelsSettingsViewModel::ModelsSettingsViewModel(std::optional<QString> applicationSupportFolder, QObject *parent)
+    : QObject(parent)
+    , m_applicationSupportFolder(std::move(applicationSupportFolder))
+{
+    refreshStatuses();
+}
+
+Status ModelsSettingsViewModel::status(const ModelInfo &model) const
+{
+    return m_statusMap.value(model.id, ModelStatus::NotDownloaded{});
+}
+
+void ModelsSettingsViewModel::refreshStatuses()
+{
+    for (const ModelInfo &model : availableModels()) {
+        if (const auto path = localURL(model))
+            setStatus(model, ModelStatus::Downloaded{*path});
+        else if (!std::holds_alternative<ModelStatus::Downloading>(status(model)))
+            setStatus(model, ModelStatus::NotDownloaded{});
+    }
+}
+
+QList<std::pair<ModelInfo, QString>> ModelsSettingsViewModel::downloadedModels() const
+{
+    QList<std::pair<ModelInfo, QString>> models;
+    for (const ModelInfo &model : availableModels()) {
+        const Status current = status(model);
+        if (const auto *downloaded = std::get_if<ModelStatus::Downloaded>(&current))
+            models.append({model, downloaded->path});
+    }
+    return models;
+}
+
+std::optional<QString> ModelsSettingsViewModel::localURL(const ModelInfo &model) const
+{
+    try {
+        const QString path = modelsDirectory() + QLatin1Char('/') + model.fileName;
+        return fileExists(path) ? std::optional(path) : std::nullopt;
+    } catch (const Error &) {
+        return std::nullopt;
+    }
+}
+
+QString ModelsSettingsViewModel::modelsDirectory() const
+{
+    const QString folder
+        = QDir::cleanPath(applicationSupportDirectory() + QStringLiteral("/Sorvanta/Models"));
+    if (!fileExists(folder))
+        makeFolder(folder);
+    return folder;
+}
+
+QString ModelsSettingsViewModel::applicationSupportDirectory() const
+{
+    if (!m_applicationSupportFolder)
+        throw Error(QStringLiteral("ModelDownload"), 0, QStringLiteral("Application Support directory unavailable."));
+    return *m_applicationSupportFolder;
+}
+
+void ModelsSettingsViewModel::deleteLocalCopy(const ModelInfo &model)
+{
+    try {
+        if (const auto path = localURL(model))
+            removeFile(*path);
+        setStatus(model, ModelStatus::NotDownloaded{});
+    } catch (const Error &error) {
+        setStatus(model,
+                  ModelStatus::Failed{QStringLiteral("Could not remove file: ") + error.localizedDescription()});
+    }
+}
+
+void ModelsSettingsViewModel::setStatus(const ModelInfo &model, Status status)
+{
+    const auto current = m_statusMap.constFind(model.id);
+    if (current != m_statusMap.constEnd() && *current == status)
+        return;
+    m_statusMap.insert(model.id, std::move(status));
+    emit statusMapChanged();
+}
+
+} // namespace sorvanta

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+namespace sorvanta {
+
+/// The panels in which a user picks files. A test replaces them.
+class FilePanels {
+public:
+    /// Which files an open panel offers.
+    struct OpenRequest {
+        QString kind; ///< what the files are called, for example "Audio and video"
+        QStringList extensions; ///< in lower case, without points; the panel takes them in any case
+    };
+    /// Is given the path that was chosen, or none if the panel was declined.
+    using OnChosen = std::function<void(const std::optional<QString> &path)>;
+
+    FilePanels() = default;
+    FilePanels(const FilePanels &) = delete;
+    FilePanels &operator=(const FilePanels &) = delete;
+    virtual ~FilePanels() = default;
+
+    /// Shows a panel for one file that exists. Returns at once; the application stays usable behind it.
+    virtual void openFile(const OpenRequest &request, OnChosen onChosen) = 0;
+};
+
+/// The panels of the desktop, or Qt's own where it has none.
+class SystemFilePanels : public FilePanels {
+public:
+    void openFile(const OpenRequest &request, OnChosen onChosen) override;
+};
+
+} // namespace sorvanta
