@@ -1,0 +1,59 @@
+#include "history/history_file.h"
+
+#include "history/history_json.h"
+#include "platform/error.h"
+#include "platform/file_system.h"
+#include "platform/paths.h"
+
+#include <QDateTime>
+
+namespace sorvanta {
+
+HistoryFile::HistoryFile(QString path, std::function<double()> secondsSince1970)
+    : m_path(std::move(path))
+    , m_secondsSince1970(std::move(secondsSince1970))
+{
+}
+
+QList<TranscriptionHistoryEntry> HistoryFile::read()
+{
+    try {
+        QList<TranscriptionHistoryEntry> entries;
+        if (itemExists(m_path))
+            entries = decodedHistory(readFile(m_path));
+        m_copyPath.reset();
+        return entries;
+    } catch (const Error &error) {
+        if (!m_copyPath)
+            m_copyPath = freeCopyPath();
+        throw Error(error.domain(), error.code(),
+                    u"%1 The file will be kept as “%2” when the history is next saved."_qs.arg(
+                        error.localizedDescription(), lastPathComponent(*m_copyPath)));
+    }
+}
+
+void HistoryFile::write(const QList<TranscriptionHistoryEntry> &entries)
+{
+    if (m_copyPath)
+        copyAside();
+    writeFileAtomically(m_path, encodedHistory(entries));
+}
+
+QString HistoryFile::freeCopyPath() const
+{
+    const QDateTime now = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(m_secondsSince1970() * 1000));
+    const QString path = m_path + u".unreadable-"_qs + now.toString(u"yyyy-MM-dd_HH-mm-ss");
+    QString freePath = path;
+    for (int number = 2; itemExists(freePath); ++number)
+        freePath = path + u'-' + QString::number(number);
+    return freePath;
+}
+
+void HistoryFile::copyAside()
+{
+    if (itemExists(m_path))
+        copyFile(m_path, itemExists(*m_copyPath) ? freeCopyPath() : *m_copyPath);
+    m_copyPath.reset();
+}
+
+} // namespace sorvanta

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "history/transcription_history_entry.h"
+
+#include <QList>
+
+#include <functional>
+#include <optional>
+
+namespace sorvanta {
+
+/// The file that holds the whole history. A file that could not be read is never lost: before it is replaced, it is
+/// copied to a name beside it. Failures are thrown as Error.
+class HistoryFile {
+public:
+    /// @param secondsSince1970 the clock whose local time names the copy of an unreadable file
+    HistoryFile(QString path, std::function<double()> secondsSince1970);
+
+    const QString &path() const { return m_path; }
+
+    /// The entries as they stand in the file; none if there is no file. The description of a failure tells under which
+    /// name the file will be kept.
+    QList<TranscriptionHistoryEntry> read();
+
+    /// Replaces the file, at once and as a whole. If the last read failed and the file cannot be copied aside, nothing
+    /// is written.
+    void write(const QList<TranscriptionHistoryEntry> &entries);
+
+private:
+    QString freeCopyPath() const;
+    void copyAside();
+
+    QString m_path;
+    std::function<double()> m_secondsSince1970;
+    std::optional<QString> m_copyPath; // while the file stands unread
+};
+
+} // namespace sorvanta

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace sorvanta {
+
+// Blocking work with files. Every failure is thrown as an Error of file_errors.h. What is made here is private to
+// the user: files have the mode 0600 and folders 0700. A path that holds U+0000 names nothing.
+
+/// Whether something lies at `path`, whatever it is; a symbolic link counts if its target does.
+bool itemExists(const QString &path);
+
+/// All bytes of the file at `path`.
+QByteArray readFile(const QString &path);
+
+/// Puts a file with `bytes` at `path`. Whoever looks at `path` at any moment, also after a loss of power, finds the
+/// old file or the new one, whole; once this returns, it is the new one, on disk. After a failure the old file
+/// stands as it was and nothing else lies beside it. A symbolic link stays one, its target is replaced.
+void writeFileAtomically(const QString &path, QByteArrayView bytes);
+
+/// Copies the file at `source` to `destination`, where nothing may lie, and flushes it to disk; memory does not grow
+/// with the file. After a failure nothing of the copy is left.
+void copyFile(const QString &source, const QString &destination);
+
+/// Makes the folder at `path` and those above it that are missing.
+void makeFolder(const QString &path);
+
+/// Removes the file, the symbolic link or the empty folder at `path`. A folder that holds something is a failure: no
+/// path, wherever it was read, makes whole trees vanish.
+void removeItem(const QString &path);
+
+} // namespace sorvanta
