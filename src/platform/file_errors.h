@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/error.h"
+
+namespace sorvanta {
+
+// What a user is told when work with files fails: errors of the domain "NSCocoaErrorDomain", whose code and sentence
+// follow from the system's error number. Paths are absolute; the sentences name the last component, its folder, or
+// the volume.
+
+/// The file or folder at `path` could not be opened or read.
+Error readingError(const QString &path, int systemError);
+
+/// The file or folder at `path` could not be made, written or put in its place.
+Error writingError(const QString &path, int systemError);
+
+/// What lies at `path` could not be removed.
+Error removingError(const QString &path, int systemError);
+
+/// The file at `source` could not be copied to `destination`. What concerns the destination alone is told as
+/// writingError() tells it.
+Error copyingError(const QString &source, const QString &destination, int systemError);
+
+/// What was read is not what it should be: code 4864.
+Error incorrectFormatError();
+
+/// What was read lacks something that it must have: code 4865.
+Error missingDataError();
+
+} // namespace sorvanta
