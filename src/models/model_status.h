@@ -37,7 +37,7 @@ struct NotDownloaded {
 
 } // namespace ModelStatus
 
-using Status = std::variant<ModelStatus::Downloading, ModelStatus::Downloaded, ModelStatus::Failed,
-                            ModelStatus::NotDownloaded>;
+using Status =
+    std::variant<ModelStatus::Downloading, ModelStatus::Downloaded, ModelStatus::Failed, ModelStatus::NotDownloaded>;
 
 } // namespace sorvanta

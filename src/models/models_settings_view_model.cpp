@@ -51,7 +51,7 @@ std::optional<QString> ModelsSettingsViewModel::localURL(const ModelInfo &model)
 {
     try {
         const QString path = modelsDirectory() + QLatin1Char('/') + model.fileName;
-        return fileExists(path) ? std::optional(path) : std::nullopt;
+        return itemExists(path) ? std::optional(path) : std::nullopt;
     } catch (const Error &) {
         return std::nullopt;
     }
@@ -59,9 +59,8 @@ std::optional<QString> ModelsSettingsViewModel::localURL(const ModelInfo &model)
 
 QString ModelsSettingsViewModel::modelsDirectory() const
 {
-    const QString folder
-        = QDir::cleanPath(applicationSupportDirectory() + QStringLiteral("/Sorvanta/Models"));
-    if (!fileExists(folder))
+    const QString folder = QDir::cleanPath(applicationSupportDirectory() + QStringLiteral("/Sorvanta/Models"));
+    if (!itemExists(folder))
         makeFolder(folder);
     return folder;
 }
@@ -77,11 +76,10 @@ void ModelsSettingsViewModel::deleteLocalCopy(const ModelInfo &model)
 {
     try {
         if (const auto path = localURL(model))
-            removeFile(*path);
+            removeItem(*path);
         setStatus(model, ModelStatus::NotDownloaded{});
     } catch (const Error &error) {
-        setStatus(model,
-                  ModelStatus::Failed{QStringLiteral("Could not remove file: ") + error.localizedDescription()});
+        setStatus(model, ModelStatus::Failed{QStringLiteral("Could not remove file: ") + error.localizedDescription()});
     }
 }
 

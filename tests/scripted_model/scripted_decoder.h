@@ -1,7 +1,7 @@
 #pragma once
 
-#include "scripted_model/scripted_model.h"
 #include "scripted_model/code_book.h"
+#include "scripted_model/scripted_model.h"
 
 #include <map>
 #include <string>

@@ -62,9 +62,8 @@ TranscriptFromFileView::TranscriptFromFileView(const Surroundings &surroundings,
     , m_panels(surroundings.panels)
     , m_preparer(m_temporaries, surroundings.preparation)
     , m_model(surroundings.models)
-    , m_run({surroundings.resourceFolder, true},
-            {.removeTemporaries = [this] { m_temporaries.removeTemporaries(); },
-             .saveToHistory = [this] { saveToHistory(); }})
+    , m_run({surroundings.resourceFolder, true}, {.removeTemporaries = [this] { m_temporaries.removeTemporaries(); },
+                                                  .saveToHistory = [this] { saveToHistory(); }})
 {
     connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &TranscriptFromFileView::startLabelChanged);
     connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &TranscriptFromFileView::canStartChanged);

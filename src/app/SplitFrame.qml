@@ -1,0 +1,79 @@
+import QtQuick
+import QtQuick.Controls
+import Sorvanta.Style
+import Sorvanta.App
+import Sorvanta.Screens
+
+// The sidebar and, beside it, all screens on top of each other: the chosen one is seen, the others go on unseen.
+Item {
+    id: frame
+
+    required property ContentView content
+
+    Sidebar {
+        id: sidebar
+
+        width: implicitWidth
+        height: parent.height
+        sections: frame.content.sections
+        currentIndex: frame.content.selectedIndex
+        versionText: frame.content.versionText
+        onChosen: index => frame.content.selectedIndex = index
+    }
+
+    Item {
+        anchors.left: sidebar.right
+        anchors.right: parent.right
+        height: parent.height
+
+        Section {
+            isSelected: frame.content.selectedIndex === 0
+
+            TranscriptFromFilePage {
+                anchors.fill: parent
+                view: frame.content.detail.fileScreen
+            }
+        }
+
+        Section {
+            isSelected: frame.content.selectedIndex === 1
+        }
+
+        Section {
+            isSelected: frame.content.selectedIndex === 2
+        }
+
+        Section {
+            isSelected: frame.content.selectedIndex === 3
+        }
+
+        Section {
+            isSelected: frame.content.selectedIndex === 4
+        }
+
+        Section {
+            isSelected: frame.content.selectedIndex === 5
+        }
+
+        Section {
+            isSelected: frame.content.selectedIndex === 6
+
+            SupportPage {
+                anchors.fill: parent
+                supportText: frame.content.supportText
+                modelIssueText: frame.content.modelIssueText
+                termsUrl: frame.content.termsURL
+                privacyUrl: frame.content.privacyURL
+                onLinkOpened: address => frame.content.open(address)
+            }
+        }
+
+        BodyText {
+            objectName: "noSection"
+            visible: frame.content.selectedIndex < 0
+            anchors.centerIn: parent
+            text: "Select a section"
+            color: Theme.text2
+        }
+    }
+}

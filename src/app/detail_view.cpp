@@ -1,0 +1,22 @@
+#include "app/detail_view.h"
+
+#include "history/transcription_history_store.h"
+#include "models/models_settings_view_model.h"
+#include "platform/desktop/file_panels.h"
+
+namespace sorvanta {
+
+DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent)
+    : QObject(parent)
+    , m_fileScreen({
+          .models = ModelsSettingsViewModel::shared(),
+          .history = TranscriptionHistoryStore::shared(),
+          .panels = panels,
+          .resourceFolder = resourceFolder,
+      })
+{
+    // A hidden screen is on show as far as it knows, so each takes its first step now.
+    m_fileScreen.appear();
+}
+
+} // namespace sorvanta

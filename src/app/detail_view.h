@@ -1,0 +1,31 @@
+#pragma once
+
+#include "screens/file/transcript_from_file_view.h"
+
+#include <QObject>
+#include <QtQml/qqml.h>
+
+namespace sorvanta {
+
+class FilePanels;
+
+/// Holds all screens, side by side: they are made together, once the policies have been accepted, and live as long as
+/// the window, shown or hidden. Main thread only.
+class DetailView : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
+
+public:
+    /// @param panels must outlive the view
+    /// @param resourceFolder where the engine lies
+    DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent = nullptr);
+
+    TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
+
+private:
+    TranscriptFromFileView m_fileScreen;
+};
+
+} // namespace sorvanta

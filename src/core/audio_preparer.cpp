@@ -1,0 +1,166 @@
+#include "core/audio_preparer.h"
+
+#include "core/audio_copy.h"
+#include "platform/error.h"
+#include "platform/file_types.h"
+#include "platform/folders.h"
+#include "platform/main_queue.h"
+#include "platform/paths.h"
+#include "platform/unique_names.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QThread>
+
+#include <algorithm>
+#include <utility>
+
+namespace sorvanta {
+
+namespace {
+
+enum MeetingCode { NoAudioTrack = 201, CannotRead = 202, CannotWrite = 203, ConversionFailed = 204 };
+
+constexpr int mostExportedChannels = 2;
+constexpr int exportedBitsPerChannel = 64000;
+
+Error meetingError(MeetingCode code, const QString &description)
+{
+    return Error(u"MeetingRecorder"_qs, code, description);
+}
+
+/// What the system cannot open now, but perhaps later, is told as it is; all else that does not open holds no audio.
+bool isFailureOfTheSystem(const Error &failure)
+{
+    constexpr int unknownReadingError = 256;
+    return failure.domain() == u"NSCocoaErrorDomain" && failure.code() == unknownReadingError;
+}
+
+std::shared_ptr<AudioCopy> openMeeting(const QString &path)
+{
+    try {
+        return AudioCopy::open(path);
+    } catch (const Error &failure) {
+        if (isFailureOfTheSystem(failure))
+            throw;
+        throw meetingError(NoAudioTrack, u"No audio track found to transcribe."_qs);
+    }
+}
+
+void startMeeting(AudioCopy &copy, const AudioFileSettings &wav, const QString &destination)
+{
+    try {
+        copy.startReading(wav);
+    } catch (const Error &) {
+        throw meetingError(CannotRead, u"Cannot read audio for conversion."_qs);
+    }
+    try {
+        copy.startWriting(destination);
+    } catch (const Error &failure) {
+        if (failure.domain() == u"NSCocoaErrorDomain")
+            throw;
+        throw meetingError(CannotWrite, u"Cannot prepare WAV writer."_qs);
+    }
+}
+
+AudioFileSettings exportSettings(const AudioReader &source)
+{
+    const int channels = std::clamp(source.sourceChannels(), 1, mostExportedChannels);
+    return {AudioFileSettings::Container::M4a, nearestAacSampleRate(source.sourceSampleRate()), channels,
+            channels * exportedBitsPerChannel};
+}
+
+} // namespace
+
+AudioPreparer::AudioPreparer(TemporaryFiles files, Settings settings)
+    : m_files(std::move(files))
+    , m_settings(std::move(settings))
+{
+    if (!m_settings.newExportName)
+        m_settings.newExportName = [] { return newDatedName(u"microphone_"_qs); };
+}
+
+AudioPreparer::AudioPreparer(TemporaryFiles files)
+    : AudioPreparer(std::move(files), Settings())
+{
+}
+
+bool AudioPreparer::needsConversion(const QString &path)
+{
+    return !isAudioExtension(pathExtension(path));
+}
+
+std::optional<QString> AudioPreparer::convertToWav(const QString &path, const QString &queueLabel) const
+{
+    const QString output = newTemporaryPath({}, u"wav"_qs);
+    bool hasSucceeded = false;
+    try {
+        const std::shared_ptr<AudioCopy> copy = AudioCopy::open(path);
+        copy->startReading(m_settings.wav);
+        copy->startWriting(output);
+        hasSucceeded = AudioCopy::run(copy, queueLabel, m_settings.wavLimit)
+                       && copy->readerStatus() == AudioReader::Status::Completed
+                       && copy->writerStatus() == AudioWriter::Status::Completed;
+    } catch (const Error &) {
+        // The result says it: which step failed is not shown.
+    }
+    if (!hasSucceeded) {
+        QFile::remove(output);
+        return std::nullopt;
+    }
+    record(output, m_settings.wavRecorded);
+    return output;
+}
+
+QString AudioPreparer::convertForMeeting(const QString &path) const
+{
+    if (pathExtension(path).compare(u"wav", Qt::CaseInsensitive) == 0)
+        return path;
+    const std::shared_ptr<AudioCopy> copy = openMeeting(path);
+    const QString output = newTemporaryPath(u"meeting-transcribe-"_qs, u"wav"_qs);
+    QFile::remove(output);
+    startMeeting(*copy, m_settings.wav, output);
+    AudioCopy::run(copy, u"MeetingRecorder.convert"_qs, m_settings.meetingLimit);
+    if (copy->writerStatus() != AudioWriter::Status::Completed) {
+        const QString description = copy->writerErrorDescription();
+        throw meetingError(ConversionFailed, description.isEmpty() ? u"Conversion failed."_qs : description);
+    }
+    record(output);
+    return output;
+}
+
+std::optional<QString> AudioPreparer::exportToM4A(const QString &path) const
+{
+    try {
+        const std::shared_ptr<AudioCopy> copy = AudioCopy::open(path);
+        copy->startReading(exportSettings(copy->source()));
+        const QString output = freePath(temporaryFolder(), m_settings.newExportName(), u"m4a"_qs);
+        copy->startWriting(output);
+        if (!AudioCopy::run(copy, {}, m_settings.exportLimit) || copy->writerStatus() != AudioWriter::Status::Completed)
+            return std::nullopt;
+        record(output);
+        return output;
+    } catch (const Error &) {
+        return std::nullopt;
+    }
+}
+
+void AudioPreparer::removeTemporaries() const
+{
+    auto remove = [files = m_files]() mutable { files.removeTemporaries(); };
+    if (QThread::currentThread() == QCoreApplication::instance()->thread())
+        remove();
+    else
+        postToMain(remove);
+}
+
+void AudioPreparer::record(const QString &path, const std::function<void()> &recorded) const
+{
+    postToMain([files = m_files, path, recorded]() mutable {
+        files.record(path);
+        if (recorded)
+            recorded();
+    });
+}
+
+} // namespace sorvanta

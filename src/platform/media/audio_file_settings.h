@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/media/audio_format.h"
+
+namespace sorvanta {
+
+/// What an AudioWriter makes.
+struct AudioFileSettings {
+    enum class Container {
+        Wav, ///< uncompressed, 16 bits a sample
+        M4a, ///< AAC in an MPEG-4 file
+    };
+
+    Container container = Container::Wav;
+    int sampleRate = 0; ///< frames a second
+    int channels = 0;
+    int bitRate = 0; ///< of AAC, in bits a second; 0 leaves it to the encoder
+
+    /// What the writer wants to be given: 16 bit integers for a WAV file, floating point numbers for AAC.
+    AudioFormat inputFormat() const;
+};
+
+/// The nearest sample rate to `sampleRate` that AAC knows, 48000 at most.
+int nearestAacSampleRate(int sampleRate);
+
+} // namespace sorvanta

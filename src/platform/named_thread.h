@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace sorvanta {
+
+/// Runs `work` once on a new thread that nobody waits for. `name` is what a debugger and the system's list of
+/// threads show, cut to 15 bytes; an empty one names nothing. `work` owns whatever it uses and must not throw.
+/// @throws Error if the system has no thread to give
+void runOnNamedThread(const QString &name, std::function<void()> work);
+
+} // namespace sorvanta

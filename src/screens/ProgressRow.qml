@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Controls
+import Sorvanta.Style
+import Sorvanta.Screens
+
+// How far a run is, and the button that stops it.
+Item {
+    id: row
+
+    required property TranscriptionRun run
+
+    implicitWidth: 480
+    implicitHeight: Theme.controlHeight
+
+    ProgressBar {
+        objectName: "progressBar"
+        anchors.left: parent.left
+        anchors.right: percentage.left
+        anchors.rightMargin: 16
+        anchors.verticalCenter: parent.verticalCenter
+        indeterminate: !row.run.hasProgress
+        value: row.run.progress
+        Accessible.name: "Progress"
+    }
+
+    FootnoteText {
+        id: percentage
+
+        objectName: "progressText"
+        visible: row.run.hasProgress
+        anchors.right: remaining.left
+        anchors.rightMargin: 8
+        anchors.verticalCenter: parent.verticalCenter
+        width: 92
+        text: row.run.progressText
+        color: Theme.text2
+    }
+
+    FootnoteText {
+        id: remaining
+
+        objectName: "remainingText"
+        anchors.right: stopButton.left
+        anchors.rightMargin: 12
+        anchors.verticalCenter: parent.verticalCenter
+        width: 100
+        text: row.run.remainingText
+        color: Theme.text2
+    }
+
+    PushButton {
+        id: stopButton
+
+        objectName: "stopButton"
+        anchors.right: parent.right
+        width: 72
+        text: "Stop"
+        role: PushButton.Destructive
+        onClicked: row.run.stopRun()
+    }
+}

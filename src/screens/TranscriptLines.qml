@@ -1,0 +1,64 @@
+import QtQuick
+import QtQuick.Controls
+import Sorvanta.Style
+import Sorvanta.Screens
+
+// The lines of a transcript, one row each. Rows are made for what is in sight only, and text that is appended does
+// not move what is being read.
+Card {
+    id: card
+
+    required property TranscriptionRun run
+
+    implicitWidth: 480
+    implicitHeight: 160
+
+    ListView {
+        id: list
+
+        function scrollBy(distance) {
+            contentY = Math.max(originY - topMargin,
+                                Math.min(contentY + distance, originY + contentHeight + bottomMargin - height));
+        }
+
+        objectName: "transcriptLines"
+        anchors.fill: parent
+        anchors.margins: 1
+        topMargin: 15
+        bottomMargin: 15
+        clip: true
+        spacing: 4
+        model: card.run.lines
+        boundsBehavior: Flickable.StopAtBounds
+        cacheBuffer: 400
+        keyNavigationEnabled: false
+        activeFocusOnTab: true
+
+        Accessible.role: Accessible.List
+        Accessible.name: "Transcript"
+
+        Keys.onPressed: event => {
+            const line = 42;
+            const page = height - line;
+            const distances = {
+                [Qt.Key_Up]: -line, [Qt.Key_Down]: line, [Qt.Key_PageUp]: -page, [Qt.Key_PageDown]: page,
+                [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight
+            };
+            if (distances[event.key] === undefined)
+                return;
+            scrollBy(distances[event.key]);
+            event.accepted = true;
+        }
+
+        ScrollBar.vertical: ScrollBar {}
+
+        delegate: TranscriptRow {
+            width: ListView.view.width
+        }
+    }
+
+    FocusRing {
+        visible: list.activeFocus
+        shapeRadius: Theme.cardRadius
+    }
+}

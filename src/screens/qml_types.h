@@ -1,0 +1,42 @@
+#pragma once
+
+#include "core/language_choice.h"
+#include "core/transcript_lines_model.h"
+#include "core/transcription_run.h"
+#include "models/model_choice.h"
+
+#include <QtQml/qqml.h>
+
+// The types of lower floors that pages of screens read, made known to QML here: those floors know no QML.
+
+namespace sorvanta {
+
+struct TranscriptionRunForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::TranscriptionRun)
+    QML_NAMED_ELEMENT(TranscriptionRun)
+    QML_UNCREATABLE("held by a screen")
+};
+
+struct TranscriptLinesModelForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::TranscriptLinesModel)
+    QML_NAMED_ELEMENT(TranscriptLinesModel)
+    QML_UNCREATABLE("held by a run")
+};
+
+struct ModelChoiceForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::ModelChoice)
+    QML_NAMED_ELEMENT(ModelChoice)
+    QML_UNCREATABLE("held by a screen")
+};
+
+struct LanguageChoiceForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::LanguageChoice)
+    QML_NAMED_ELEMENT(LanguageChoice)
+    QML_UNCREATABLE("held by a screen")
+};
+
+} // namespace sorvanta
