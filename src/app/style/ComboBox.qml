@@ -5,6 +5,8 @@ import Sorvanta.Style
 T.ComboBox {
     id: control
 
+    property bool ringed: visualFocus
+
     function textOf(record) {
         if (!textRole)
             return record.modelData;
@@ -51,9 +53,9 @@ T.ComboBox {
     background: ControlFrame {
         color: !control.enabled ? Theme.well : control.down ? Theme.pressed : control.hovered ? Theme.hover : Theme.control
         border.width: 1
-        border.color: !control.enabled ? Theme.separator : control.visualFocus ? Theme.focus : Theme.controlBorder
+        border.color: control.enabled ? Theme.controlBorder : Theme.separator
         raised: control.enabled
-        ringed: control.visualFocus
+        ringed: control.ringed
     }
 
     delegate: PickerItem {

@@ -26,11 +26,8 @@ Row {
             role: group.role
             hot: modelData === "hover"
             down: modelData === "pressed"
+            ringed: modelData === "focus"
             enabled: modelData !== "disabled"
-
-            FocusRing {
-                visible: parent.modelData === "focus"
-            }
         }
     }
 }
