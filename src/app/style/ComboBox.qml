@@ -31,8 +31,13 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.onPressAction: if (enabled) popup.visible ? popup.close() : popup.open()
-    Keys.onReturnPressed: popup.visible ? choose(highlightedIndex) : popup.open()
-    Keys.onEnterPressed: popup.visible ? choose(highlightedIndex) : popup.open()
+    // The template itself chooses and closes with Return, on its release.
+    Keys.onReleased: event => {
+        if (popup.visible || event.isAutoRepeat || (event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter))
+            return;
+        popup.open();
+        event.accepted = true;
+    }
 
     contentItem: Text {
         text: control.displayText

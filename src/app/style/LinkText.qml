@@ -1,50 +1,51 @@
 import QtQuick
-import QtQuick.Templates as T
 
-// A text that is a link. Not built on a button, which would call itself one to assistive technology.
-T.Control {
-    id: control
+// A text that is a link. Not built on a control of the templates, which would never call itself a link to assistive
+// technology. It takes the focus from the keyboard only.
+Item {
+    id: link
 
     property string text
 
     signal clicked
 
-    implicitWidth: Math.ceil(implicitContentWidth)
+    implicitWidth: Math.ceil(label.implicitWidth)
     implicitHeight: 18
-    hoverEnabled: true
-    focusPolicy: Qt.StrongFocus
-    font.pixelSize: 13
-    font.weight: Font.Medium
+    activeFocusOnTab: true
 
     Accessible.role: Accessible.Link
     Accessible.name: text
     Accessible.focusable: true
+    Accessible.focused: activeFocus
     Accessible.onPressAction: if (enabled) clicked()
     Keys.onSpacePressed: clicked()
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
-    contentItem: Text {
-        text: control.text
-        font.pixelSize: control.font.pixelSize
-        font.weight: control.font.weight
-        font.underline: control.enabled && control.hovered
-        color: control.enabled ? Theme.accentText : Theme.textDisabled
-        verticalAlignment: Text.AlignVCenter
+    StyledText {
+        id: label
+
+        width: parent.width
+        text: link.text
+        font.weight: Font.Medium
+        font.underline: link.enabled && hover.hovered
+        color: link.enabled ? Theme.accentText : Theme.textDisabled
         elide: Text.ElideRight
-        textFormat: Text.PlainText
+        Accessible.ignored: true
     }
 
     FocusRing {
-        visible: control.visualFocus
+        visible: link.activeFocus
         shapeRadius: 4
     }
 
     TapHandler {
-        onTapped: control.clicked()
+        onTapped: link.clicked()
     }
 
     HoverHandler {
+        id: hover
+
         cursorShape: Qt.PointingHandCursor
     }
 }
