@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import Sorvanta.Style
 
 // The button of the look in all its roles. icon.name is a symbol name.
 T.Button {
@@ -58,45 +57,15 @@ T.Button {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
-    contentItem: Item {
-        implicitWidth: label.implicitWidth + (control.icon.name ? control.icon.width + control.spacing : 0)
-            + (control.opensMenu ? 14 + control.spacing : 0)
-        implicitHeight: 18
-
-        Row {
-            id: row
-
-            anchors.centerIn: parent
-            spacing: control.spacing
-
-            Icon {
-                visible: symbol !== ""
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: control.icon.name
-                size: control.icon.width
-                color: control.icon.color
-            }
-
-            Text {
-                id: label
-
-                anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(implicitWidth, control.availableWidth - x - (control.opensMenu ? 22 : 0))
-                text: control.text
-                font: control.font
-                color: control.labelColor
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-            }
-
-            Icon {
-                visible: control.opensMenu
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: control.opensMenu ? "chevron.down" : ""
-                size: 14
-                color: control.icon.color
-            }
-        }
+    contentItem: ButtonLabel {
+        symbol: control.icon.name
+        symbolSize: control.icon.width
+        symbolColor: control.icon.color
+        text: control.text
+        font: control.font
+        color: control.labelColor
+        spacing: control.spacing
+        opensMenu: control.opensMenu
     }
 
     background: ControlFrame {

@@ -1,5 +1,6 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
-import QtQuick.Controls
 import Sorvanta.Style
 
 // One button in its five states: rest, hover, pressed, focus, disabled.

@@ -138,6 +138,7 @@ void UiTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 
 void UiTest::tabTo(QQuickItem *item)
 {
+    item->setFocus(false);
     for (int step = 0; step < 100 && !item->hasActiveFocus(); ++step)
         press(Qt::Key_Tab);
     EXPECT_TRUE(item->hasActiveFocus());
