@@ -17,6 +17,7 @@ Rectangle {
     Column {
         id: column
 
+        objectName: "column"
         anchors.horizontalCenter: parent.horizontalCenter
         y: Math.max(24, Math.round((page.height - height) / 2) - 8)
         width: Math.min(640, page.width - 48)

@@ -9,7 +9,7 @@ T.Button {
     property string symbol
 
     z: visualFocus ? 1 : 0
-    implicitWidth: 31
+    implicitWidth: 32
     implicitHeight: 30
     y: 1
     focusPolicy: Qt.StrongFocus
@@ -28,6 +28,8 @@ T.Button {
     }
 
     background: Rectangle {
+        x: 1
+        width: 30
         radius: Theme.controlRadius - 1
         color: control.down ? Theme.pressed : control.hovered ? Theme.hover : "transparent"
 

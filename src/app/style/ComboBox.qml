@@ -1,9 +1,13 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Templates as T
 import Sorvanta.Style
 
 T.ComboBox {
     id: control
+
+    property bool ringed: visualFocus
 
     function textOf(record) {
         if (!textRole)
@@ -29,8 +33,13 @@ T.ComboBox {
 
     Accessible.role: Accessible.ComboBox
     Accessible.onPressAction: if (enabled) popup.visible ? popup.close() : popup.open()
-    Keys.onReturnPressed: popup.visible ? choose(highlightedIndex) : popup.open()
-    Keys.onEnterPressed: popup.visible ? choose(highlightedIndex) : popup.open()
+    // The template itself chooses and closes with Return, on its release.
+    Keys.onReleased: event => {
+        if (popup.visible || event.isAutoRepeat || (event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter))
+            return;
+        popup.open();
+        event.accepted = true;
+    }
 
     contentItem: Text {
         text: control.displayText
@@ -51,9 +60,9 @@ T.ComboBox {
     background: ControlFrame {
         color: !control.enabled ? Theme.well : control.down ? Theme.pressed : control.hovered ? Theme.hover : Theme.control
         border.width: 1
-        border.color: !control.enabled ? Theme.separator : control.visualFocus ? Theme.focus : Theme.controlBorder
+        border.color: control.enabled ? Theme.controlBorder : Theme.separator
         raised: control.enabled
-        ringed: control.visualFocus
+        ringed: control.ringed
     }
 
     delegate: PickerItem {

@@ -10,7 +10,7 @@ Item {
     default property alias content: slot.data
 
     implicitWidth: 480
-    implicitHeight: Math.max(80, slot.childrenRect.height + 32)
+    implicitHeight: Math.max(80, slot.childrenRect.height + 24)
 
     Rectangle {
         anchors.fill: parent
@@ -39,8 +39,8 @@ Item {
         id: slot
 
         x: 80
-        y: 16
+        y: 12
         width: card.width - 96
-        height: card.height - 32
+        height: card.height - 24
     }
 }

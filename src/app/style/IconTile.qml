@@ -15,7 +15,7 @@ Rectangle {
     Icon {
         anchors.centerIn: parent
         symbol: tile.symbol
-        size: 24
+        size: 22
         color: Theme.accentText
     }
 }

@@ -18,6 +18,8 @@ T.ItemDelegate {
     Accessible.selectable: true
     Accessible.selected: highlighted
     Accessible.onPressAction: if (enabled) clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
     contentItem: Text {
         text: control.text

@@ -45,7 +45,7 @@ T.MenuItem {
     }
 
     arrow: Icon {
-        x: control.width - width - 10
+        x: control.width - width - 8
         y: (control.height - height) / 2
         symbol: control.subMenu ? "submenu" : ""
         size: 14

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 
 // The sheet under a menu or a popup, with its soft shadow out of five plain copies.

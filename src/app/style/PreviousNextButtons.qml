@@ -20,12 +20,11 @@ Item {
         border.width: 1
         color: pair.previousEnabled || pair.nextEnabled ? Theme.control : Theme.well
         border.color: pair.previousEnabled || pair.nextEnabled ? Theme.controlBorder : Theme.separator
-        raised: pair.previousEnabled || pair.nextEnabled
+        raised: false
     }
 
     ArrowButton {
         enabled: pair.previousEnabled
-        x: 1
         symbol: "chevron.up"
         objectName: "previousButton"
         Accessible.name: pair.previousName

@@ -27,8 +27,6 @@ T.ProgressBar {
         }
 
         Rectangle {
-            id: segment
-
             visible: control.indeterminate
             width: control.width * 0.3
             height: 6
@@ -37,7 +35,7 @@ T.ProgressBar {
 
             NumberAnimation on x {
                 running: control.indeterminate && control.visible
-                from: -segment.width
+                from: -control.width * 0.3
                 to: control.width
                 duration: Theme.indeterminateTime
                 loops: Animation.Infinite

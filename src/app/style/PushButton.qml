@@ -1,17 +1,17 @@
 import QtQuick
 import QtQuick.Templates as T
-import Sorvanta.Style
 
 // The button of the look in all its roles. icon.name is a symbol name.
 T.Button {
     id: control
 
-    enum Role { Normal, Prominent, Destructive, Recording, Link }
+    enum Role { Normal, Prominent, Destructive, Recording }
 
     property int role: PushButton.Normal
     property bool large: false
     property bool opensMenu: false
     property bool hot: hovered
+    property bool ringed: visualFocus
 
     readonly property bool filled: role === PushButton.Prominent || role === PushButton.Recording
     readonly property color labelColor: {
@@ -23,14 +23,10 @@ T.Button {
             return Theme.accentOn;
         case PushButton.Destructive:
             return Theme.danger;
-        case PushButton.Link:
-            return Theme.accentText;
         }
         return Theme.text;
     }
     readonly property color fillColor: {
-        if (role === PushButton.Link)
-            return "transparent";
         if (!enabled)
             return filled ? Theme.track : Theme.well;
         switch (role) {
@@ -45,68 +41,40 @@ T.Button {
     }
 
     implicitWidth: Math.ceil(Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding))
-    implicitHeight: large ? Theme.largeControlHeight : role === PushButton.Link ? 18 : Theme.controlHeight
-    leftPadding: role === PushButton.Link ? 0 : icon.name ? 12 : 14
-    rightPadding: role === PushButton.Link ? 0 : opensMenu ? 10 : 14
+    implicitHeight: large ? Theme.largeControlHeight : Theme.controlHeight
+    leftPadding: icon.name ? 12 : 14
+    rightPadding: opensMenu ? 10 : 14
     spacing: 8
     focusPolicy: Qt.StrongFocus
     icon.width: 16
     icon.color: role === PushButton.Normal && enabled ? Theme.text2 : labelColor
     font.pixelSize: 13
     font.weight: Font.Medium
-    font.underline: role === PushButton.Link && hot && enabled
 
-    Accessible.role: opensMenu ? Accessible.ButtonMenu : role === PushButton.Link ? Accessible.Link : Accessible.Button
+    Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: if (enabled) clicked()
-    Keys.onReturnPressed: if (enabled) clicked()
-    Keys.onEnterPressed: if (enabled) clicked()
+    Keys.onReturnPressed: clicked()
+    Keys.onEnterPressed: clicked()
 
-    contentItem: Item {
-        implicitWidth: row.implicitWidth
-        implicitHeight: 18
-
-        Row {
-            id: row
-
-            anchors.centerIn: parent
-            spacing: control.spacing
-
-            Icon {
-                visible: symbol !== ""
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: control.icon.name
-                size: control.icon.width
-                color: control.icon.color
-            }
-
-            Text {
-                anchors.verticalCenter: parent.verticalCenter
-                width: Math.min(Math.ceil(implicitWidth), control.availableWidth - x - (control.opensMenu ? 22 : 0))
-                text: control.text
-                font: control.font
-                color: control.labelColor
-                elide: Text.ElideRight
-                textFormat: Text.PlainText
-            }
-
-            Icon {
-                visible: control.opensMenu
-                anchors.verticalCenter: parent.verticalCenter
-                symbol: control.opensMenu ? "chevron.down" : ""
-                size: 14
-                color: control.icon.color
-            }
-        }
+    contentItem: ButtonLabel {
+        symbol: control.icon.name
+        symbolSize: control.icon.width
+        symbolColor: control.icon.color
+        text: control.text
+        font: control.font
+        color: control.labelColor
+        spacing: control.spacing
+        opensMenu: control.opensMenu
     }
 
     background: ControlFrame {
         implicitWidth: control.role === PushButton.Prominent && !control.large ? 160 : 0
         color: control.fillColor
-        border.width: control.filled || control.role === PushButton.Link ? 0 : 1
+        border.width: control.filled ? 0 : 1
         border.color: !control.enabled ? Theme.separator
             : control.role === PushButton.Destructive ? Theme.dangerBorder : Theme.controlBorder
-        raised: control.enabled && control.role !== PushButton.Link
-        ringed: control.visualFocus
+        raised: control.enabled
+        ringed: control.ringed
     }
 }

@@ -47,5 +47,12 @@ T.SpinBox {
         border.color: control.enabled ? Theme.controlBorder : Theme.separator
         raised: control.enabled
         ringed: control.visualFocus
+
+        Hairline {
+            x: 1
+            y: 13
+            width: parent.width - 2
+            color: control.enabled ? Theme.controlBorder : Theme.separator
+        }
     }
 }

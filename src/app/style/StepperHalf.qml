@@ -23,7 +23,7 @@ Item {
     Icon {
         anchors.centerIn: parent
         symbol: half.symbol
-        size: 10
+        size: 12
         color: half.active ? Theme.text2 : Theme.textDisabled
     }
 }

@@ -4,7 +4,7 @@ import QtQuick.Templates as T
 T.TextField {
     id: control
 
-    readonly property bool ringed: activeFocus && (focusReason === Qt.TabFocusReason
+    property bool ringed: activeFocus && (focusReason === Qt.TabFocusReason
         || focusReason === Qt.BacktabFocusReason || focusReason === Qt.ShortcutFocusReason)
 
     implicitWidth: Theme.pickerWidth
@@ -38,8 +38,8 @@ T.TextField {
     background: ControlFrame {
         color: control.enabled ? Theme.control : Theme.well
         border.width: 1
-        border.color: !control.enabled ? Theme.separator : control.activeFocus ? Theme.focus : Theme.controlBorder
-        raised: control.enabled
+        border.color: !control.enabled ? Theme.separator : control.activeFocus || control.ringed ? Theme.focus : Theme.controlBorder
+        raised: false
         ringed: control.ringed
     }
 }

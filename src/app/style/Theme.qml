@@ -61,7 +61,7 @@ QtObject {
     readonly property color scrim: dark ? "#8C000000" : "#5C182125"
     readonly property color cardDepth: dark ? "#00000000" : "#0A101820"
     readonly property color controlDepth: dark ? "#00000000" : "#0D101820"
-    readonly property color accentBadgeEnd: Qt.rgba(accent.r, accent.g, accent.b, 0.8)
+    readonly property color accentBadgeEnd: Qt.tint(card, Qt.rgba(accent.r, accent.g, accent.b, 0.8))
     readonly property color indigoBadge: "#4A4DB8"
     readonly property color indigoBadgeEnd: "#1F5FBF"
 

@@ -17,7 +17,6 @@ T.ToolTip {
     contentItem: Text {
         text: control.text
         font.pixelSize: 11
-        font.weight: Font.Medium
         color: Theme.toolTipText
         wrapMode: Text.Wrap
         textFormat: Text.PlainText

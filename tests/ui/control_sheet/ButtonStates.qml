@@ -1,5 +1,6 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
-import QtQuick.Controls
 import Sorvanta.Style
 
 // One button in its five states: rest, hover, pressed, focus, disabled.
@@ -26,11 +27,8 @@ Row {
             role: group.role
             hot: modelData === "hover"
             down: modelData === "pressed"
+            ringed: modelData === "focus"
             enabled: modelData !== "disabled"
-
-            FocusRing {
-                visible: parent.modelData === "focus"
-            }
         }
     }
 }

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import Sorvanta.Style
@@ -21,6 +23,7 @@ Rectangle {
     function open() {
         exportMenu.open();
         allMenu.open();
+        toolTip.open();
     }
 
     width: 1200
@@ -44,8 +47,8 @@ Rectangle {
         y: 270
         width: 200
         text: "harbour"
+        ringed: true
         Accessible.name: "Search"
-        FocusRing {}
     }
     PreviousNextButtons { objectName: "pair"; x: 464; y: 270 }
     ComboBox { objectName: "picker"; x: 32; y: 314; width: 200; model: ["Large V3 Turbo", "Base", "Medium"]; Accessible.name: "Model" }
@@ -54,8 +57,8 @@ Rectangle {
         y: 314
         width: 200
         model: ["English (en)"]
+        ringed: true
         Accessible.name: "Language"
-        FocusRing {}
     }
     ComboBox { objectName: "disabledPicker"; x: 464; y: 314; width: 200; model: ["Base"]; enabled: false; Accessible.name: "Model" }
 
@@ -63,8 +66,6 @@ Rectangle {
     CheckBox { objectName: "box"; x: 32; y: 408; text: "Strip “- ”" }
     CheckBox { objectName: "checkedBox"; x: 134; y: 408; text: "Strip “- ”"; checked: true }
     CheckBox {
-        id: focusedBox
-
         x: 236
         y: 408
         text: "Strip “- ”"
@@ -88,15 +89,13 @@ Rectangle {
     Stepper { objectName: "stepper"; x: 494; y: 403; from: 12; to: 96; value: 16; Accessible.name: "Text Size" }
     Slider { objectName: "slider"; x: 32; y: 445; value: 0.4; Accessible.name: "Position" }
     Slider {
-        id: focusedSlider
-
         x: 236
         y: 445
         value: 0.4
         Accessible.name: "Position"
 
         Item {
-            x: focusedSlider.handle.x
+            x: 66
             y: 4
             width: 16
             height: 16
@@ -133,9 +132,9 @@ Rectangle {
         symbol: "arrow.up.doc"
         fileOver: true
 
-        Button { y: -4; text: "Choose File…" }
-        BodyText { x: 123; y: 3; text: "No file selected"; color: Theme.text2 }
-        FootnoteText { y: 36; text: "Drag & drop an audio/video file here or use the picker." }
+        Button { text: "Choose File…" }
+        BodyText { x: 123; y: 7; text: "No file selected"; color: Theme.text2 }
+        FootnoteText { y: 40; text: "Drag & drop an audio/video file here or use the picker." }
     }
 
     Heading { y: 731; text: "Error row" }
@@ -207,13 +206,14 @@ Rectangle {
     }
 
     ToolTip {
+        id: toolTip
+
         objectName: "toolTip"
         parent: sheet
         x: 960
         y: 404
         delay: 0
         text: "Remove leading dash markers from lines."
-        visible: true
         closePolicy: Popup.NoAutoClose
     }
 

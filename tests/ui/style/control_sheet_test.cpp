@@ -13,12 +13,10 @@ TEST_F(ControlSheet, loadsWithoutAWarningInBothThemes)
     ASSERT_NE(showType("Sorvanta.ControlSheet", "ControlSheet"), nullptr);
     QMetaObject::invokeMethod(root, "open");
     const QImage light = grab();
-    if (qEnvironmentVariableIsSet("SORVANTA_PICTURES"))
-        light.save(qEnvironmentVariable("SORVANTA_PICTURES") + "/09-components.png");
+    savePicture("09-components");
     setDark(true);
     const QImage dark = grab();
-    if (qEnvironmentVariableIsSet("SORVANTA_PICTURES"))
-        dark.save(qEnvironmentVariable("SORVANTA_PICTURES") + "/09-components-dark.png");
+    savePicture("09-components-dark");
     EXPECT_EQ(light.pixelColor(4, 4), QColor("#F5F7F8"));
     EXPECT_EQ(dark.pixelColor(4, 4), QColor("#15191B"));
 }

@@ -7,6 +7,7 @@
 #include <QtMath>
 
 #include <iostream>
+#include <stdexcept>
 
 namespace sorvanta {
 
@@ -80,7 +81,7 @@ QQuickItem *UiTest::showType(const QString &module, const QString &type, const Q
 
 QQuickItem *UiTest::item(const QString &objectName) const
 {
-    QList<QQuickItem *> waiting {window->contentItem()};
+    QList<QQuickItem *> waiting{window->contentItem()};
     while (!waiting.isEmpty()) {
         QQuickItem *candidate = waiting.takeFirst();
         if (candidate->objectName() == objectName)
@@ -111,6 +112,14 @@ QImage UiTest::grab() const
     return window->grabWindow();
 }
 
+void UiTest::savePicture(const QString &name) const
+{
+    const QString folder = qEnvironmentVariable("SORVANTA_PICTURES");
+    if (folder.isEmpty())
+        return;
+    EXPECT_TRUE(grab().save(QStringLiteral("%1/%2.png").arg(folder, name)));
+}
+
 QColor UiTest::pixel(const QQuickItem *item, int x, int y) const
 {
     return grab().pixelColor(item->mapToScene(QPointF(x, y)).toPoint());
@@ -129,6 +138,7 @@ void UiTest::press(Qt::Key key, Qt::KeyboardModifiers modifiers)
 
 void UiTest::tabTo(QQuickItem *item)
 {
+    item->setFocus(false);
     for (int step = 0; step < 100 && !item->hasActiveFocus(); ++step)
         press(Qt::Key_Tab);
     EXPECT_TRUE(item->hasActiveFocus());
@@ -137,7 +147,8 @@ void UiTest::tabTo(QQuickItem *item)
 QAccessibleInterface *UiTest::accessible(QObject *object) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(object);
-    EXPECT_NE(interface, nullptr);
+    if (!interface)
+        throw std::runtime_error("Assistive technology does not see this object.");
     return interface;
 }
 

@@ -35,6 +35,8 @@ protected:
     void setDark(bool isDark);
     QColor color(const char *token) const;
     QImage grab() const;
+    /// Writes what is shown to `name`.png in the folder that SORVANTA_PICTURES names, if it names one.
+    void savePicture(const QString &name) const;
     /// The colour that is drawn at that place of the item.
     QColor pixel(const QQuickItem *item, int x, int y) const;
 
@@ -43,6 +45,7 @@ protected:
     /// Presses Tab until the item has the focus.
     void tabTo(QQuickItem *item);
 
+    /// How assistive technology sees the object; a failure when it does not.
     QAccessibleInterface *accessible(QObject *object) const;
     /// Does what a screen reader does when its user presses the control.
     void pressAccessibly(QObject *object, const QString &action = {});

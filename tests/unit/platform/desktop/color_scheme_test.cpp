@@ -1,0 +1,192 @@
+#include "platform/desktop/color_scheme.h"
+
+#include <QDBusMessage>
+#include <QDBusMetaType>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+using Settings = QMap<QString, QVariantMap>;
+Q_DECLARE_METATYPE(Settings)
+
+namespace sorvanta {
+
+namespace {
+
+const QString busName = "portal of the test";
+const QString portalPath = "/org/freedesktop/portal/desktop";
+const QString settingsInterface = "org.freedesktop.portal.Settings";
+
+/// A settings portal that answers with what the test says.
+class Portal : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+public:
+    Settings settings;
+    bool answers = true;
+
+public Q_SLOTS:
+    Settings ReadAll(const QStringList &groups, const QDBusMessage &question)
+    {
+        if (!answers)
+            question.setDelayedReply(true);
+        Settings found;
+        for (const QString &group : groups) {
+            if (settings.contains(group))
+                found.insert(group, settings[group]);
+        }
+        return found;
+    }
+};
+
+/// A session bus of its own, with a portal on it.
+class ColorSchemeTest : public testing::Test {
+protected:
+    ColorSchemeTest()
+    {
+        qDBusRegisterMetaType<Settings>();
+        daemon.start("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--print-address"});
+        EXPECT_TRUE(daemon.waitForStarted());
+        EXPECT_TRUE(daemon.waitForReadyRead());
+        address = QString::fromUtf8(daemon.readAllStandardOutput()).trimmed();
+        setPalette(Qt::white, Qt::black);
+    }
+
+    ~ColorSchemeTest() override
+    {
+        QDBusConnection::disconnectFromBus(busName);
+        daemon.kill();
+        daemon.waitForFinished();
+    }
+
+    void openPortal()
+    {
+        QDBusConnection bus = QDBusConnection::connectToBus(address, busName);
+        ASSERT_TRUE(bus.registerObject(portalPath, &portal, QDBusConnection::ExportAllSlots));
+        ASSERT_TRUE(bus.registerService("org.freedesktop.portal.Desktop"));
+    }
+
+    void change(const QString &group, const QString &key, const QVariant &value)
+    {
+        QDBusMessage signal = QDBusMessage::createSignal(portalPath, settingsInterface, "SettingChanged");
+        signal << group << key << QVariant::fromValue(QDBusVariant(value));
+        ASSERT_TRUE(QDBusConnection(busName).send(signal));
+    }
+
+    static void setPalette(const QColor &window, const QColor &text)
+    {
+        QPalette palette = QGuiApplication::palette();
+        palette.setColor(QPalette::Window, window);
+        palette.setColor(QPalette::WindowText, text);
+        QGuiApplication::setPalette(palette);
+        QCoreApplication::processEvents();
+    }
+
+    QProcess daemon;
+    QString address;
+    Portal portal;
+};
+
+TEST_F(ColorSchemeTest, isDarkWhenTheDesktopAsksForIt)
+{
+    portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
+    openPortal();
+    ColorScheme scheme(address);
+    QSignalSpy changed(&scheme, &ColorScheme::isDarkChanged);
+    EXPECT_FALSE(scheme.isDark());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
+    EXPECT_EQ(changed.count(), 1);
+}
+
+TEST_F(ColorSchemeTest, isLightWhenTheDesktopAsksForItWhateverThePalette)
+{
+    setPalette(Qt::black, Qt::white);
+    portal.settings["org.freedesktop.appearance"]["color-scheme"] = 2u;
+    openPortal();
+    ColorScheme scheme(address);
+    EXPECT_TRUE(scheme.isDark());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
+}
+
+TEST_F(ColorSchemeTest, followsTheDesktopLive)
+{
+    portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
+    openPortal();
+    ColorScheme scheme(address);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
+    change("org.freedesktop.appearance", "color-scheme", 2u);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
+    change("org.freedesktop.appearance", "color-scheme", 1u);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
+    change("org.freedesktop.appearance", "color-scheme", 0u);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
+}
+
+TEST_F(ColorSchemeTest, leavesItToThePaletteWithoutABus)
+{
+    ColorScheme scheme{QString()};
+    EXPECT_FALSE(scheme.isDark());
+    setPalette(Qt::black, Qt::white);
+    EXPECT_TRUE(scheme.isDark());
+    setPalette(Qt::white, Qt::black);
+    EXPECT_FALSE(scheme.isDark());
+}
+
+TEST_F(ColorSchemeTest, leavesItToThePaletteWithoutAPortal)
+{
+    setPalette(Qt::black, Qt::white);
+    ColorScheme scheme(address);
+    QTest::qWait(200);
+    EXPECT_TRUE(scheme.isDark());
+    EXPECT_FALSE(scheme.hasReducedMotion());
+}
+
+TEST_F(ColorSchemeTest, doesNotWaitForAPortalThatIsSilent)
+{
+    portal.answers = false;
+    openPortal();
+    QElapsedTimer timer;
+    timer.start();
+    {
+        ColorScheme scheme(address);
+        EXPECT_LT(timer.elapsed(), 100);
+        QTest::qWait(200);
+        EXPECT_FALSE(scheme.isDark());
+        timer.restart();
+    }
+    EXPECT_LT(timer.elapsed(), 100);
+}
+
+TEST_F(ColorSchemeTest, doesNotMindABusThatIsGone)
+{
+    ColorScheme scheme("unix:path=/nonexistent/bus");
+    QTest::qWait(100);
+    EXPECT_FALSE(scheme.isDark());
+}
+
+TEST_F(ColorSchemeTest, reducesMotionWhenTheDesktopAsksForItInEitherWay)
+{
+    portal.settings["org.gnome.desktop.interface"]["enable-animations"] = false;
+    openPortal();
+    ColorScheme scheme(address);
+    EXPECT_FALSE(scheme.hasReducedMotion());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.hasReducedMotion(); }));
+    change("org.gnome.desktop.interface", "enable-animations", true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !scheme.hasReducedMotion(); }));
+    change("org.freedesktop.appearance", "reduced-motion", 1u);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.hasReducedMotion(); }));
+    change("org.freedesktop.appearance", "reduced-motion", 0u);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.hasReducedMotion(); }));
+}
+
+} // namespace
+
+} // namespace sorvanta
+
+#include "color_scheme_test.moc"

@@ -1,0 +1,13 @@
+#include <QGuiApplication>
+#include <QStandardPaths>
+
+#include <gtest/gtest.h>
+
+int main(int argumentCount, char **arguments)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QStandardPaths::setTestModeEnabled(true);
+    QGuiApplication application(argumentCount, arguments);
+    testing::InitGoogleTest(&argumentCount, arguments);
+    return RUN_ALL_TESTS();
+}
