@@ -1,0 +1,101 @@
+"""A desktop session of its own for one program: a virtual display, a session bus with accessibility, and folders that
+hold nothing of the user's."""
+
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import tempfile
+
+
+class VirtualSession:
+    """Use as a context manager. `folder` is removed at the end unless one was given."""
+
+    def __init__(self, folder=None, size=(1200, 700)):
+        self._is_own_folder = folder is None
+        self.folder = pathlib.Path(folder or tempfile.mkdtemp(prefix="sorvanta-session-"))
+        self.home = self.folder / "home"
+        self.data = self.home / ".local/share"
+        self.temporary = self.folder / "tmp"
+        self._size = size
+        self._processes = []
+
+    def __enter__(self):
+        runtime = self.folder / "runtime"
+        for folder in (self.home, self.data, self.temporary, runtime):
+            folder.mkdir(parents=True, exist_ok=True)
+        runtime.chmod(0o700)
+        self.environment = {
+            name: value for name, value in os.environ.items()
+            if not name.startswith(("XDG_", "QT_", "DBUS_", "WAYLAND_", "AT_SPI_"))
+        }
+        self.environment.update(
+            HOME=str(self.home),
+            TMPDIR=str(self.temporary),
+            XDG_RUNTIME_DIR=str(runtime),
+            XDG_DATA_HOME=str(self.data),
+            XDG_CONFIG_HOME=str(self.home / ".config"),
+            XDG_CACHE_HOME=str(self.home / ".cache"),
+            LC_ALL="C.UTF-8",
+            QT_QUICK_BACKEND="software",
+            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+            NO_AT_BRIDGE="0",
+        )
+        self._start_display()
+        self._start_bus()
+        # Accessibility is spoken from this very process, which reads these when it first does so.
+        for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
+            os.environ[name] = self.environment[name]
+        return self
+
+    def __exit__(self, *exception):
+        for process in reversed(self._processes):
+            if process.poll() is None:
+                process.terminate()
+        for process in reversed(self._processes):
+            try:
+                process.wait(timeout=5)
+            except subprocess.TimeoutExpired:
+                process.kill()
+        if self._is_own_folder:
+            shutil.rmtree(self.folder, ignore_errors=True)
+
+    def start(self, command, **options):
+        """Starts a program of the session, which ends with it."""
+        process = subprocess.Popen(
+            [str(word) for word in command], env=self.environment, stdin=subprocess.DEVNULL, **options)
+        self._processes.append(process)
+        return process
+
+    def screenshot(self, path):
+        subprocess.run(["import", "-window", "root", str(path)], env=self.environment, check=True)
+
+    def key(self, *keys):
+        subprocess.run(["xdotool", "key", *keys], env=self.environment, check=True)
+
+    def _start_display(self):
+        reader, writer = os.pipe()
+        width, height = self._size
+        self.start(["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+                   pass_fds=[writer], stderr=subprocess.DEVNULL)
+        os.close(writer)
+        with os.fdopen(reader) as numbers:
+            number = numbers.readline().strip()
+        if not number:
+            raise RuntimeError("the virtual display (Xvfb) did not start")
+        self.environment["DISPLAY"] = ":" + number
+
+    def _start_bus(self):
+        bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                         stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        address = bus.stdout.readline().strip()
+        if not address:
+            raise RuntimeError("the session bus (dbus-daemon) did not start")
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+
+
+def kill(process):
+    """Ends a program as a crash would."""
+    process.send_signal(signal.SIGKILL)
+    process.wait()
