@@ -37,7 +37,7 @@ Rectangle {
         BodyText {
             width: parent.width
             topPadding: 8
-            bottomPadding: 32
+            bottomPadding: 31
             horizontalAlignment: Text.AlignHCenter
             font.pixelSize: 14
             color: Theme.text2
@@ -89,7 +89,7 @@ Rectangle {
                 height: Math.max(56, implicitHeight)
                 topPadding: 19
                 bottomPadding: 19
-                spacing: 33
+                spacing: 32
 
                 LinkText {
                     objectName: "privacyLink"

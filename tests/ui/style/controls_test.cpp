@@ -2,6 +2,7 @@
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
+#include <QFontInfo>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -157,6 +158,16 @@ INSTANTIATE_TEST_SUITE_P(
                     Pressed{"Switch { objectName: 'it'; text: 'Scroll' }", QAccessible::CheckBox, "Scroll"},
                     Pressed{"ItemDelegate { objectName: 'it'; text: 'Row'; focusPolicy: Qt.StrongFocus }",
                             QAccessible::ListItem, "Row"}));
+
+TEST_F(Controls, wearTheFontOfTheApplication)
+{
+    QQuickItem *button =
+        showControl("Button { objectName: 'it'; text: 'Close'; property string family: Theme.textFamily }");
+    const QFont font = button->property("font").value<QFont>();
+    EXPECT_EQ(QFontInfo(font).family(), button->property("family").toString());
+    EXPECT_EQ(font.pixelSize(), 13);
+    EXPECT_EQ(font.weight(), QFont::Medium);
+}
 
 TEST_F(Controls, previousAndNextAreTwoButtons)
 {

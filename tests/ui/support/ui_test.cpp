@@ -24,7 +24,7 @@ void failOnWarning(QtMsgType type, const QMessageLogContext &, const QString &te
 
 QByteArray source(const QString &module, const QString &type)
 {
-    return QStringLiteral("import %1\n%2 {}\n").arg(module, type).toUtf8();
+    return QStringLiteral("import QtQuick.Controls\nimport %1\n%2 {}\n").arg(module, type).toUtf8();
 }
 
 } // namespace
