@@ -5,7 +5,9 @@ The real program runs in a virtual display and is driven as a user would drive i
 growing text, the entry in the history. Nothing of the user's own history or models is touched."""
 
 import json
+import os
 import pathlib
+import shutil
 import subprocess
 import sys
 import time
@@ -27,7 +29,6 @@ def step(text):
 
 def user_models():
     """The models that the user downloaded."""
-    import os
     data = pathlib.Path(os.environ.get("XDG_DATA_HOME") or pathlib.Path.home() / ".local/share")
     folder = data / "Sorvanta/Models"
     return [folder / name for name in MODEL_NAMES if (folder / name).is_file()]
@@ -48,6 +49,23 @@ def provide_model(session, build):
          "NOTHING: the words below are not those of the file")
 
 
+def follow(window):
+    """Prints each row of the transcript as it comes, until the run is done."""
+    seen = []
+    while True:
+        is_done = window.find("Done")
+        rows = window.transcript()
+        for i, row in enumerate(rows):
+            if row not in seen[i:i + 1]:
+                print("  ", row, flush=True)
+        seen = rows
+        if is_done:
+            return
+        if window.find("Copy Error"):
+            raise NotFound("the transcription failed: " + window.summary())
+        time.sleep(0.05)
+
+
 def show(session, build, results):
     program = session.start([build / "bin/sorvanta"], stdout=subprocess.DEVNULL)
     window = AccessibleWindow(program)
@@ -58,18 +76,7 @@ def show(session, build, results):
     window.choose_file(SPEECH)
     step("Transcribing")
     window.press("Transcribe")
-    seen = 0
-    while not window.find("Done"):
-        rows = window.transcript()
-        for row in rows[seen:]:
-            print("  ", row, flush=True)
-        seen = max(seen, len(rows))
-        error = window.find("Copy Error")
-        if error:
-            raise NotFound("the transcription failed: " + window.summary())
-        time.sleep(0.05)
-    for row in window.transcript()[seen:]:
-        print("  ", row, flush=True)
+    follow(window)
     screenshot = results / "screenshot.png"
     session.screenshot(screenshot)
     history = session.data / "sorvanta/transcription-history.json"
@@ -86,7 +93,6 @@ def main():
     build = pathlib.Path(sys.argv[1]).resolve()
     results = build / "demonstration"
     if results.exists():
-        import shutil
         shutil.rmtree(results)
     results.mkdir(parents=True)
     try:

@@ -2,6 +2,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QEvent>
@@ -85,6 +86,7 @@ void ColorScheme::listen(const QDBusConnection &bus)
     QDBusConnection(bus).connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                                  SLOT(settingChanged(QString, QString, QDBusVariant)));
 
+    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusMessage question =
         QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("ReadAll"));
     question << QStringList({appearanceGroup, gnomeGroup});
