@@ -5,11 +5,12 @@
 #include "platform/paths.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/sendfile.h>
@@ -30,6 +31,23 @@ QByteArray encodedPath(const QString &path)
 FileDescriptor opened(const QByteArray &path, int flags, mode_t mode = 0)
 {
     return FileDescriptor(::open(path.constData(), flags | O_CLOEXEC, mode));
+}
+
+bool isFolder(const QString &path)
+{
+    struct stat status;
+    return ::stat(encodedPath(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+/// Where a file is written that is to be found at `path`: what a symbolic link leads to.
+QByteArray targetOf(const QString &path)
+{
+    const QByteArray encoded = encodedPath(path);
+    struct stat status;
+    if (::lstat(encoded.constData(), &status) != 0 || !S_ISLNK(status.st_mode))
+        return encoded;
+    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(encoded.constData(), nullptr), std::free);
+    return resolved ? QByteArray(resolved.get()) : encoded;
 }
 
 /// Opens a file for reading. Anything but a plain file is refused, so that a pipe, say, cannot block.
@@ -133,8 +151,7 @@ QByteArray readFile(const QString &path)
 
 void writeFileAtomically(const QString &path, QByteArrayView bytes)
 {
-    const QString linkTarget = QFileInfo(path).isSymLink() ? QFileInfo(path).canonicalFilePath() : QString();
-    const QByteArray target = encodedPath(linkTarget.isEmpty() ? path : linkTarget);
+    const QByteArray target = targetOf(path);
     const QByteArray folderPath = folderOf(target);
     const FileDescriptor folder = opened(folderPath, O_RDONLY | O_DIRECTORY);
     if (!folder.isOpen())
@@ -173,13 +190,13 @@ void copyFile(const QString &source, const QString &destination)
 
 void makeFolder(const QString &path)
 {
-    if (QFileInfo(path).isDir())
+    if (isFolder(path))
         return;
     const QString parent = parentFolder(path);
     if (!parent.isEmpty() && parent != path)
         makeFolder(parent);
     const QByteArray encoded = encodedPath(path);
-    if (::mkdir(encoded.constData(), folderMode) != 0 && !(errno == EEXIST && QFileInfo(path).isDir()))
+    if (::mkdir(encoded.constData(), folderMode) != 0 && !(errno == EEXIST && isFolder(path)))
         throw writingError(path, errno);
     const FileDescriptor folder = opened(folderOf(encoded), O_RDONLY | O_DIRECTORY);
     if (folder.isOpen())
