@@ -35,14 +35,15 @@ function(sorvanta_qml_library name)
   target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE sorvanta_warnings)
 endfunction()
 
-# sorvanta_test(<name> SOURCES <file>... LINKS <target>... [MAIN <file>] [TIMEOUT <seconds>] [LABELS <label>...])
-# A GoogleTest program, one a folder.
+# sorvanta_test(<name> SOURCES <file>... LINKS <target>... [MAIN <file>] [TIMEOUT <seconds>] [LABELS <label>...]
+#               [LAUNCHER <program> <argument>...])
+# A GoogleTest program, one a folder. A launcher is given the program and its arguments and runs it.
 function(sorvanta_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS;LABELS;LAUNCHER" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} test_support sorvanta_warnings)
-  add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+  add_test(NAME ${name} COMMAND ${ARG_LAUNCHER} $<TARGET_FILE:${name}> --gtest_brief=1)
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 300)
   endif()

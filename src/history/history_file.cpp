@@ -1,6 +1,7 @@
 #include "history/history_file.h"
 
 #include "history/history_json.h"
+#include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "platform/paths.h"
@@ -36,7 +37,9 @@ void HistoryFile::write(const QList<TranscriptionHistoryEntry> &entries)
 {
     if (m_copyPath)
         copyAside();
-    writeFileAtomically(m_path, encodedHistory(entries));
+    AtomicFile file(m_path);
+    encodeHistory(entries, [&file](QByteArrayView bytes) { file.write(bytes); });
+    file.commit();
 }
 
 QString HistoryFile::freeCopyPath() const

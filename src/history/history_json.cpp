@@ -137,27 +137,29 @@ void writeEntry(JsonWriter &writer, const Entry &entry)
     writer.endObject();
 }
 
-/// What the text of the entries takes at least, with some room for keys, paths and escapes.
-qsizetype estimatedSize(const QList<Entry> &entries)
-{
-    constexpr qsizetype sizeOfOtherFields = 1024;
-    qsizetype size = sizeOfOtherFields;
-    for (const Entry &entry : entries)
-        size += sizeOfOtherFields + entry.text.size() + entry.text.size() / 16;
-    return size;
-}
+/// What is collected before it is given away.
+constexpr qsizetype pieceSize = 1 << 18;
 
 } // namespace
 
-QByteArray encodedHistory(const QList<Entry> &entries)
+void encodeHistory(const QList<Entry> &entries, const std::function<void(QByteArrayView)> &sink)
 {
     JsonWriter writer(JsonWriter::Layout::Pretty, JsonWriter::Slashes::Plain);
-    writer.reserve(estimatedSize(entries));
     writer.beginArray();
-    for (const Entry &entry : entries)
+    for (const Entry &entry : entries) {
         writeEntry(writer, entry);
+        if (writer.size() >= pieceSize)
+            writer.drain(sink);
+    }
     writer.endArray();
-    return writer.takeBytes();
+    writer.drain(sink);
+}
+
+QByteArray encodedHistory(const QList<Entry> &entries)
+{
+    QByteArray document;
+    encodeHistory(entries, [&document](QByteArrayView bytes) { document += bytes; });
+    return document;
 }
 
 QList<Entry> decodedHistory(const QByteArray &document)

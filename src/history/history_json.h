@@ -5,11 +5,16 @@
 #include <QByteArray>
 #include <QList>
 
+#include <functional>
+
 namespace sorvanta {
 
 /// The text of a history file: a JSON array of entries in the given order, UTF-8, pretty printed, keys sorted, paths
 /// with their slashes as they are. What an entry does not have is left out.
 QByteArray encodedHistory(const QList<TranscriptionHistoryEntry> &entries);
+
+/// The same piece by piece: gives `sink` one piece after the other.
+void encodeHistory(const QList<TranscriptionHistoryEntry> &entries, const std::function<void(QByteArrayView)> &sink);
 
 /// The entries of a history file in the order of the file. Keys that are not known are ignored; of keys that come
 /// twice the first counts.

@@ -11,7 +11,7 @@ int HistoryListModel::rowCount(const QModelIndex &parent) const
 
 QVariant HistoryListModel::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role != EntryRole)
+    if (!index.isValid() || role != EntryRole)
         return {};
     return QVariant::fromValue(m_entries[index.row()]);
 }

@@ -1,10 +1,16 @@
 #pragma once
 
+#include <QByteArray>
+#include <QString>
+
 #include <utility>
 
+#include <sys/types.h>
 #include <unistd.h>
 
 namespace sorvanta {
+
+// What the work with files is made of; errors stay in errno.
 
 /// An open file of the system, closed with this object.
 class FileDescriptor {
@@ -34,5 +40,37 @@ public:
 private:
     int m_number;
 };
+
+/// A file that vanishes with this object unless it has been given its final name.
+class UnfinishedFile {
+public:
+    explicit UnfinishedFile(QByteArray path)
+        : m_path(std::move(path))
+    {
+    }
+    ~UnfinishedFile()
+    {
+        if (!m_path.isEmpty())
+            ::unlink(m_path.constData());
+    }
+    UnfinishedFile(const UnfinishedFile &) = delete;
+    UnfinishedFile &operator=(const UnfinishedFile &) = delete;
+
+    void keep() { m_path.clear(); }
+
+private:
+    QByteArray m_path;
+};
+
+/// A path as the system takes it; empty, which names nothing, if it holds U+0000.
+QByteArray encodedPath(const QString &path);
+
+/// The folder in which an encoded path stands.
+QByteArray folderOf(const QByteArray &path);
+
+FileDescriptor opened(const QByteArray &path, int flags, mode_t mode = 0);
+
+/// Makes sure that names given or taken in a folder outlast a loss of power.
+bool flushFolder(int folder);
 
 } // namespace sorvanta

@@ -1,11 +1,9 @@
 #include "platform/file_system.h"
 
+#include "platform/atomic_file.h"
 #include "platform/file_descriptor.h"
 #include "platform/file_errors.h"
 #include "platform/paths.h"
-
-#include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -22,14 +20,10 @@ namespace {
 constexpr mode_t folderMode = 0700;
 constexpr mode_t fileMode = 0600;
 
-QByteArray encodedPath(const QString &path)
+bool isFolder(const QString &path)
 {
-    return path.contains(QChar(u'\0')) ? QByteArray() : QFile::encodeName(path);
-}
-
-FileDescriptor opened(const QByteArray &path, int flags, mode_t mode = 0)
-{
-    return FileDescriptor(::open(path.constData(), flags | O_CLOEXEC, mode));
+    struct stat status;
+    return ::stat(encodedPath(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 /// Opens a file for reading. Anything but a plain file is refused, so that a pipe, say, cannot block.
@@ -43,17 +37,6 @@ FileDescriptor openedForReading(const QString &path, struct stat &status)
     return file;
 }
 
-bool writeAll(int file, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t count = ::write(file, bytes.data(), static_cast<size_t>(bytes.size()));
-        if (count < 0 && errno != EINTR)
-            return false;
-        bytes = bytes.sliced(std::max<ssize_t>(count, 0));
-    }
-    return true;
-}
-
 bool copyAll(int source, int destination)
 {
     constexpr size_t most = 1 << 30;
@@ -65,42 +48,6 @@ bool copyAll(int source, int destination)
             return false;
     }
 }
-
-/// Makes sure that names given or taken in a folder outlast a loss of power. Some file systems keep no folders that
-/// could be flushed; they say EINVAL, and there is nothing to do.
-bool flushFolder(int folder)
-{
-    return ::fsync(folder) == 0 || errno == EINVAL;
-}
-
-QByteArray folderOf(const QByteArray &path)
-{
-    const qsizetype slash = path.lastIndexOf('/');
-    if (slash < 0)
-        return ".";
-    return slash == 0 ? "/" : path.first(slash);
-}
-
-/// A file that vanishes with this object unless it has been given its final name.
-class UnfinishedFile {
-public:
-    explicit UnfinishedFile(const QByteArray &path)
-        : m_path(path)
-    {
-    }
-    ~UnfinishedFile()
-    {
-        if (!m_path.isEmpty())
-            ::unlink(m_path.constData());
-    }
-    UnfinishedFile(const UnfinishedFile &) = delete;
-    UnfinishedFile &operator=(const UnfinishedFile &) = delete;
-
-    void keep() { m_path.clear(); }
-
-private:
-    QByteArray m_path;
-};
 
 } // namespace
 
@@ -133,24 +80,9 @@ QByteArray readFile(const QString &path)
 
 void writeFileAtomically(const QString &path, QByteArrayView bytes)
 {
-    const QString linkTarget = QFileInfo(path).isSymLink() ? QFileInfo(path).canonicalFilePath() : QString();
-    const QByteArray target = encodedPath(linkTarget.isEmpty() ? path : linkTarget);
-    const QByteArray folderPath = folderOf(target);
-    const FileDescriptor folder = opened(folderPath, O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen())
-        throw writingError(path, errno);
-
-    QByteArray temporary = folderPath + "/.sorvanta-XXXXXX";
-    FileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file.isOpen())
-        throw writingError(path, errno);
-    UnfinishedFile unfinished(temporary);
-    if (!writeAll(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close()
-        || ::rename(temporary.constData(), target.constData()) != 0)
-        throw writingError(path, errno);
-    unfinished.keep();
-    if (!flushFolder(folder.number()))
-        throw writingError(path, errno);
+    AtomicFile file(path);
+    file.write(bytes);
+    file.commit();
 }
 
 void copyFile(const QString &source, const QString &destination)
@@ -173,13 +105,13 @@ void copyFile(const QString &source, const QString &destination)
 
 void makeFolder(const QString &path)
 {
-    if (QFileInfo(path).isDir())
+    if (isFolder(path))
         return;
     const QString parent = parentFolder(path);
     if (!parent.isEmpty() && parent != path)
         makeFolder(parent);
     const QByteArray encoded = encodedPath(path);
-    if (::mkdir(encoded.constData(), folderMode) != 0 && !(errno == EEXIST && QFileInfo(path).isDir()))
+    if (::mkdir(encoded.constData(), folderMode) != 0 && !(errno == EEXIST && isFolder(path)))
         throw writingError(path, errno);
     const FileDescriptor folder = opened(folderOf(encoded), O_RDONLY | O_DIRECTORY);
     if (folder.isOpen())

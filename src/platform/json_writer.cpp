@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace sorvanta {
 
@@ -67,17 +68,34 @@ char *writeUtf8(char *out, char32_t character)
     return out;
 }
 
+/// Units that are looked at in one go, as four lanes of one number.
+constexpr qsizetype blockSize = 4;
+
+/// Writes a block of units if each of them is ASCII and stands for itself. @return false if it is not so
+bool writePlainBlock(char *out, const char16_t *units, char16_t escapedSlash)
+{
+    constexpr quint64 ones = 0x0001000100010001;
+    quint64 block;
+    std::memcpy(&block, units, sizeof block);
+    if ((block & (ones * 0xFF80)) != 0)
+        return false;
+    // All lanes are below 0x80, so a lane turns negative only if it is smaller than what is taken from it.
+    const quint64 special = (block - ones * 0x20) | ((block ^ (ones * '"')) - ones) | ((block ^ (ones * '\\')) - ones)
+                            | ((block ^ (ones * escapedSlash)) - ones);
+    if ((special & (ones * 0x8000)) != 0)
+        return false;
+    block = (block | (block >> 8)) & 0x0000FFFF0000FFFF;
+    const auto bytes = static_cast<quint32>(block | (block >> 16));
+    std::memcpy(out, &bytes, sizeof bytes);
+    return true;
+}
+
 } // namespace
 
 JsonWriter::JsonWriter(Layout layout, Slashes slashes)
     : m_isPretty(layout == Layout::Pretty)
-    , m_plainSlash(slashes == Slashes::Plain ? '/' : '\0')
+    , m_escapesSlashes(slashes == Slashes::Escaped)
 {
-}
-
-void JsonWriter::reserve(qsizetype bytes)
-{
-    room(bytes);
 }
 
 void JsonWriter::key(QStringView name)
@@ -102,8 +120,8 @@ void JsonWriter::boolean(bool value)
 
 QByteArray JsonWriter::takeBytes()
 {
-    m_bytes.truncate(m_size);
-    return std::move(m_bytes);
+    m_bytes.truncate(std::exchange(m_size, 0));
+    return std::exchange(m_bytes, {});
 }
 
 void JsonWriter::begin(char bracket)
@@ -158,28 +176,41 @@ void JsonWriter::append(QByteArrayView bytes)
 void JsonWriter::appendQuoted(QStringView text)
 {
     append("\"");
+    const char16_t escapedSlash = m_escapesSlashes ? u'/' : u'"';
     qsizetype i = 0;
     while (i < text.size()) {
         char *out = room(longestUnit * unitsAtOnce);
         const qsizetype end = std::min(text.size(), i + unitsAtOnce);
-        for (; i < end; ++i) {
-            const char16_t unit = text[i].unicode();
-            if (unit < 0x80) {
-                if (escapeLetters[unit] == 0 || unit == static_cast<unsigned char>(m_plainSlash)) [[likely]]
-                    *out++ = static_cast<char>(unit);
-                else
-                    out = writeEscaped(out, unit);
-            } else if (!QChar::isSurrogate(unit)) {
-                out = writeUtf8(out, unit);
-            } else if (QChar::isHighSurrogate(unit) && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
-                out = writeUtf8(out, QChar::surrogateToUcs4(unit, text[++i].unicode()));
-            } else {
-                out = writeUtf8(out, QChar::ReplacementCharacter);
+        while (i < end) {
+            if (end - i >= blockSize && writePlainBlock(out, text.utf16() + i, escapedSlash)) {
+                out += blockSize;
+                i += blockSize;
+                continue;
             }
+            const qsizetype stop = std::min(end, i + blockSize);
+            while (i < stop)
+                out = writeUnit(out, text, i);
         }
         m_size = out - m_bytes.constData();
     }
     append("\"");
+}
+
+/// Writes the character that begins at `i` and moves `i` behind it.
+char *JsonWriter::writeUnit(char *out, QStringView text, qsizetype &i) const
+{
+    const char16_t unit = text[i++].unicode();
+    if (unit < 0x80) {
+        if (escapeLetters[unit] != 0 && (unit != '/' || m_escapesSlashes))
+            return writeEscaped(out, unit);
+        *out = static_cast<char>(unit);
+        return out + 1;
+    }
+    if (!QChar::isSurrogate(unit))
+        return writeUtf8(out, unit);
+    if (QChar::isHighSurrogate(unit) && i < text.size() && text[i].isLowSurrogate())
+        return writeUtf8(out, QChar::surrogateToUcs4(unit, text[i++].unicode()));
+    return writeUtf8(out, QChar::ReplacementCharacter);
 }
 
 char *JsonWriter::room(qsizetype bytes)

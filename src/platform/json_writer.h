@@ -23,9 +23,6 @@ public:
 
     JsonWriter(Layout layout, Slashes slashes);
 
-    /// Makes room for a document of about that many bytes.
-    void reserve(qsizetype bytes);
-
     void beginObject() { begin('{'); }
     void endObject() { end('}'); }
     void beginArray() { begin('['); }
@@ -35,7 +32,17 @@ public:
     void string(QStringView text);
     void boolean(bool value);
 
-    /// The document; the writer is of no use after it.
+    /// How many bytes have been written since the last drain().
+    qsizetype size() const { return m_size; }
+    /// Calls `sink(QByteArrayView)` with what has been written since the last time. A long document need not stand in
+    /// memory as a whole.
+    template<typename Sink>
+    void drain(Sink sink)
+    {
+        sink(QByteArrayView(m_bytes).first(m_size));
+        m_size = 0;
+    }
+    /// What drain() would give, as bytes of their own.
     QByteArray takeBytes();
 
 private:
@@ -45,10 +52,11 @@ private:
     void newLine();
     void append(QByteArrayView bytes);
     void appendQuoted(QStringView text);
+    char *writeUnit(char *out, QStringView text, qsizetype &i) const;
     char *room(qsizetype bytes);
 
     bool m_isPretty;
-    char m_plainSlash;
+    bool m_escapesSlashes;
     QByteArray m_bytes; // only the first m_size bytes of it count
     qsizetype m_size = 0;
     std::vector<bool> m_isEmpty; // for each open bracket, the innermost last

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/file_descriptor.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace sorvanta {
+
+/// Writes a file piece by piece without anyone ever seeing a part of it; see writeFileAtomically(), which does it at
+/// one go. Until commit() the file that may stand at the path is untouched, and without it nothing stays behind.
+/// Failures are thrown as an Error of writingError().
+class AtomicFile {
+public:
+    explicit AtomicFile(QString path);
+
+    void write(QByteArrayView bytes);
+    /// Flushes the file and puts it in its place. Nothing may be called after it.
+    void commit();
+
+private:
+    QString m_path;
+    QByteArray m_target;
+    FileDescriptor m_folder;
+    QByteArray m_temporary;
+    FileDescriptor m_file;
+    UnfinishedFile m_unfinished;
+    off_t m_size = 0;
+    off_t m_sizeOnItsWay = 0; // to the disk
+};
+
+} // namespace sorvanta

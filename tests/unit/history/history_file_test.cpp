@@ -1,0 +1,129 @@
+#include "history/history_file.h"
+
+#include "platform/error.h"
+#include "platform/file_system.h"
+#include "support/history_entries.h"
+#include "support/printing.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace sorvanta;
+
+namespace {
+
+class HistoryFiles : public testing::Test {
+protected:
+    QStringList names() const
+    {
+        return QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+    QByteArray bytes(const QString &name) const { return readFile(folder.filePath(name)); }
+    void put(const QString &name, const QByteArray &content) const
+    {
+        writeFileAtomically(folder.filePath(name), content);
+    }
+
+    QString readFailure()
+    {
+        try {
+            file.read();
+        } catch (const Error &error) {
+            return error.localizedDescription();
+        }
+        return "none";
+    }
+
+    double now = QDateTime(QDate(2026, 2, 3), QTime(4, 5, 6, 789)).toMSecsSinceEpoch() / 1000.0;
+    QTemporaryDir folder;
+    HistoryFile file{folder.filePath("h.json"), [this] { return now; }};
+    const QString copyName = "h.json.unreadable-2026-02-03_04-05-06";
+};
+
+TEST_F(HistoryFiles, holdNothingIfTheyAreNotThere)
+{
+    EXPECT_EQ(file.read(), QList<TranscriptionHistoryEntry>());
+    EXPECT_EQ(names(), QStringList());
+}
+
+TEST_F(HistoryFiles, giveBackWhatWasWrittenInItsOrder)
+{
+    const QList<TranscriptionHistoryEntry> entries = {historyEntry("old", "2020-01-01T00:00:00.000Z"),
+                                                      historyEntry("new", "2021-01-01T00:00:00.000Z")};
+    file.write(entries);
+    EXPECT_EQ(file.read(), entries);
+    EXPECT_EQ(names(), QStringList{"h.json"});
+}
+
+TEST_F(HistoryFiles, tellUnderWhichNameAnUnreadableOneWillBeKept)
+{
+    put("h.json", "[{}]");
+    EXPECT_EQ(readFailure(), "The data couldn’t be read because it is missing. The file will be kept as “" + copyName
+                                 + "” when the history is next saved.");
+    EXPECT_EQ(bytes("h.json"), "[{}]");
+    EXPECT_EQ(names(), QStringList{"h.json"});
+}
+
+TEST_F(HistoryFiles, areCopiedAsideOnceBeforeAnUnreadableOneIsReplaced)
+{
+    put("h.json", "damaged");
+    EXPECT_NE(readFailure(), "none");
+    now += 100;
+    file.write({historyEntry("1")});
+    EXPECT_EQ(bytes(copyName), "damaged");
+    EXPECT_EQ(file.read(), QList{historyEntry("1")});
+    file.write({});
+    EXPECT_EQ(names(), (QStringList{"h.json", copyName}));
+}
+
+TEST_F(HistoryFiles, keepTheirPromisedNameHoweverOftenTheyCannotBeRead)
+{
+    put("h.json", "damaged");
+    EXPECT_TRUE(readFailure().contains(copyName));
+    now += 100;
+    EXPECT_TRUE(readFailure().contains(copyName));
+}
+
+TEST_F(HistoryFiles, neverTakeTheNameOfAnEarlierCopy)
+{
+    put(copyName, "earlier");
+    put(copyName + "-2", "second");
+    put("h.json", "damaged");
+    EXPECT_TRUE(readFailure().contains("“" + copyName + "-3”"));
+    put(copyName + "-3", "came in between");
+    file.write({});
+    EXPECT_EQ(bytes(copyName), "earlier");
+    EXPECT_EQ(bytes(copyName + "-2"), "second");
+    EXPECT_EQ(bytes(copyName + "-3"), "came in between");
+    EXPECT_EQ(bytes(copyName + "-4"), "damaged");
+}
+
+TEST_F(HistoryFiles, areNotReplacedIfTheyCannotBeCopiedAside)
+{
+    makeFolder(folder.filePath("h.json"));
+    EXPECT_TRUE(readFailure().startsWith("The file “h.json” couldn’t be opened. The file will be kept as “"));
+    EXPECT_THROW(file.write({}), Error);
+    EXPECT_THROW(file.write({}), Error);
+    EXPECT_EQ(names(), QStringList{"h.json"});
+}
+
+TEST_F(HistoryFiles, areNotCopiedAsideOnceTheyHaveGoneOrHaveBeenMended)
+{
+    put("h.json", "damaged");
+    EXPECT_NE(readFailure(), "none");
+    removeItem(folder.filePath("h.json"));
+    file.write({});
+    EXPECT_EQ(names(), QStringList{"h.json"});
+
+    put("h.json", "damaged");
+    EXPECT_NE(readFailure(), "none");
+    put("h.json", "[]");
+    EXPECT_EQ(readFailure(), "none");
+    file.write({});
+    EXPECT_EQ(names(), QStringList{"h.json"});
+}
+
+} // namespace

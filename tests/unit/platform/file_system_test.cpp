@@ -1,0 +1,254 @@
+#include "platform/file_system.h"
+
+#include "platform/error.h"
+#include "support/printing.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace sorvanta;
+
+namespace {
+
+int modeOf(const QString &path)
+{
+    struct stat status { };
+    EXPECT_EQ(::lstat(QFile::encodeName(path).constData(), &status), 0);
+    return status.st_mode & 07777;
+}
+
+template<typename Work>
+QString failureOf(Work work)
+{
+    try {
+        work();
+    } catch (const Error &error) {
+        return QString::number(error.code()) + ' ' + error.localizedDescription();
+    }
+    return "none";
+}
+
+class FileSystem : public testing::Test {
+protected:
+    FileSystem() { ::umask(022); }
+
+    QString path(const QString &name) const { return folder.filePath(name); }
+    QStringList names() const
+    {
+        return QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot | QDir::System);
+    }
+    QString folderName() const { return QFileInfo(folder.path()).fileName(); }
+    void put(const QString &name, const QByteArray &bytes) const
+    {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_EQ(file.write(bytes), bytes.size());
+    }
+
+    QTemporaryDir folder;
+    const QString longName = QString(300, 'n');
+};
+
+TEST_F(FileSystem, readsAWholeFileWithWhateverIsInIt)
+{
+    QByteArray bytes(300'000, 'x');
+    bytes[5] = '\0';
+    put("a", bytes);
+    put("empty", {});
+    EXPECT_EQ(readFile(path("a")), bytes);
+    EXPECT_EQ(readFile(path("empty")), QByteArray());
+}
+
+TEST_F(FileSystem, readsFilesThatTellNoSize)
+{
+    EXPECT_EQ(readFile("/proc/self/comm").trimmed(), QByteArray("platform_test"));
+    EXPECT_GT(readFile("/proc/self/maps").size(), 1000);
+}
+
+TEST_F(FileSystem, tellsWhyAFileCannotBeRead)
+{
+    ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+    EXPECT_EQ(failureOf([&] { readFile(path("a")); }),
+              "260 The file “a” couldn’t be opened because there is no such file.");
+    EXPECT_EQ(failureOf([&] { readFile(folder.path()); }), "256 The file “" + folderName() + "” couldn’t be opened.");
+    EXPECT_EQ(failureOf([&] { readFile(path("pipe")); }), "256 The file “pipe” couldn’t be opened.");
+    EXPECT_EQ(failureOf([&] { readFile(path(longName)); }), "258 The file “" + longName + "” couldn’t be opened.");
+}
+
+TEST_F(FileSystem, writesAPrivateFileAndNothingBesideIt)
+{
+    writeFileAtomically(path("a.txt"), "first");
+    EXPECT_EQ(readFile(path("a.txt")), "first");
+    EXPECT_EQ(modeOf(path("a.txt")), 0600);
+    writeFileAtomically(path("a.txt"), "");
+    EXPECT_EQ(readFile(path("a.txt")), "");
+    EXPECT_EQ(names(), QStringList{"a.txt"});
+}
+
+TEST_F(FileSystem, replacesAFileInsteadOfWritingIntoIt)
+{
+    put("old", "old");
+    ASSERT_EQ(::link(QFile::encodeName(path("old")).constData(), QFile::encodeName(path("other")).constData()), 0);
+    writeFileAtomically(path("old"), "new");
+    EXPECT_EQ(readFile(path("old")), "new");
+    EXPECT_EQ(readFile(path("other")), "old");
+    EXPECT_EQ(modeOf(path("old")), 0600);
+}
+
+TEST_F(FileSystem, writesThroughASymbolicLink)
+{
+    QDir(folder.path()).mkdir("elsewhere");
+    put("elsewhere/real", "old");
+    ASSERT_TRUE(QFile::link(path("elsewhere/real"), path("link")));
+    writeFileAtomically(path("link"), "new");
+    EXPECT_TRUE(QFileInfo(path("link")).isSymLink());
+    EXPECT_EQ(readFile(path("elsewhere/real")), "new");
+}
+
+TEST_F(FileSystem, leavesNoLitterWhenAWriteFails)
+{
+    put("file", "kept");
+    QDir(folder.path()).mkdir("taken");
+    put("taken/inner", "kept");
+    const QStringList before = names();
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(path("taken"), "new"); }),
+              "512 The file “taken” couldn’t be saved in the folder “" + folderName() + "”.");
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(path(longName), "new"); }),
+              "514 The file “" + longName + "” couldn’t be saved in the folder “" + folderName() + "”.");
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(path("gone/a"), "new"); }), "4 The folder “gone” doesn’t exist.");
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(path("file/a"), "new"); }),
+              "512 The file “a” couldn’t be saved in the folder “file”.");
+    EXPECT_EQ(names(), before);
+    EXPECT_EQ(readFile(path("file")), "kept");
+    EXPECT_EQ(readFile(path("taken/inner")), "kept");
+}
+
+TEST_F(FileSystem, copiesAFileAndLeavesTheSource)
+{
+    const QByteArray bytes = QByteArray("0123456789").repeated(100'000);
+    put("a.wav", bytes);
+    put("empty", {});
+    copyFile(path("a.wav"), path("b.wav"));
+    copyFile(path("empty"), path("c"));
+    EXPECT_EQ(readFile(path("b.wav")), bytes);
+    EXPECT_EQ(readFile(path("a.wav")), bytes);
+    EXPECT_EQ(readFile(path("c")), "");
+    EXPECT_EQ(modeOf(path("b.wav")), 0600);
+}
+
+TEST_F(FileSystem, copiesFromOneFileSystemToAnother)
+{
+    QTemporaryDir other("/dev/shm/copy-XXXXXX");
+    ASSERT_TRUE(other.isValid());
+    put("a.wav", QByteArray(200'000, 'w'));
+    copyFile(path("a.wav"), other.filePath("b.wav"));
+    EXPECT_EQ(readFile(other.filePath("b.wav")), QByteArray(200'000, 'w'));
+}
+
+TEST_F(FileSystem, tellsWhyAFileCannotBeCopiedAndKeepsWhatIsThere)
+{
+    put("a.wav", "sound");
+    put("b.wav", "older");
+    QDir(folder.path()).mkdir("folder");
+    const QStringList before = names();
+    EXPECT_EQ(failureOf([&] { copyFile(path("gone.wav"), path("c.wav")); }),
+              "4 “gone.wav” couldn’t be copied to “" + folderName()
+                  + "” because either the former doesn’t exist, or the folder containing the latter doesn’t exist.");
+    EXPECT_EQ(failureOf([&] { copyFile(path("a.wav"), path("gone/c.wav")); }),
+              "4 “a.wav” couldn’t be copied to “gone” because either the former doesn’t exist, or the folder "
+              "containing the latter doesn’t exist.");
+    EXPECT_EQ(failureOf([&] { copyFile(path("a.wav"), path("b.wav")); }),
+              "516 “a.wav” couldn’t be copied to “" + folderName()
+                  + "” because an item with the same name already exists.");
+    EXPECT_EQ(failureOf([&] { copyFile(path("folder"), path("c.wav")); }), "256 The file “folder” couldn’t be opened.");
+    EXPECT_EQ(names(), before);
+    EXPECT_EQ(readFile(path("b.wav")), "older");
+}
+
+TEST_F(FileSystem, leavesNoHalfCopyBehind)
+{
+    // The kernel tells a size and then refuses to give the bytes.
+    EXPECT_EQ(failureOf([&] { copyFile("/proc/self/mem", path("c")); }),
+              "512 The file “c” couldn’t be saved in the folder “" + folderName() + "”.");
+    EXPECT_EQ(names(), QStringList());
+}
+
+TEST_F(FileSystem, makesMissingFoldersForTheUserAlone)
+{
+    makeFolder(path("a/b/c"));
+    for (const char *name : {"a", "a/b", "a/b/c"})
+        EXPECT_EQ(modeOf(path(name)), 0700) << name;
+    QFile::setPermissions(path("a"), QFile::Permissions(0x7755));
+    const int before = modeOf(path("a"));
+    makeFolder(path("a/d"));
+    makeFolder(path("a"));
+    EXPECT_EQ(modeOf(path("a")), before);
+}
+
+TEST_F(FileSystem, tellsWhyAFolderCannotBeMade)
+{
+    put("file", "kept");
+    EXPECT_EQ(failureOf([&] { makeFolder(path("file")); }),
+              "516 The file “file” couldn’t be saved in the folder “" + folderName()
+                  + "” because a file with the same name already exists.");
+    EXPECT_EQ(failureOf([&] { makeFolder(path("file/a")); }),
+              "516 The file “file” couldn’t be saved in the folder “" + folderName()
+                  + "” because a file with the same name already exists.");
+    EXPECT_EQ(readFile(path("file")), "kept");
+}
+
+TEST_F(FileSystem, removesFilesLinksAndEmptyFoldersOnly)
+{
+    put("a", "a");
+    put("target", "kept");
+    QFile::link(path("target"), path("link"));
+    QDir(folder.path()).mkdir("empty");
+    makeFolder(path("full"));
+    put("full/inner", "kept");
+    removeItem(path("a"));
+    removeItem(path("link"));
+    removeItem(path("empty"));
+    EXPECT_EQ(failureOf([&] { removeItem(path("full")); }), "512 “full” couldn’t be removed.");
+    EXPECT_EQ(failureOf([&] { removeItem(path("a")); }), "4 “a” couldn’t be removed.");
+    EXPECT_EQ(names(), (QStringList{"full", "target"}));
+    EXPECT_EQ(readFile(path("full/inner")), "kept");
+}
+
+TEST_F(FileSystem, seesWhateverLiesAtAPath)
+{
+    put("file", "");
+    QFile::link(path("file"), path("link"));
+    QFile::link(path("gone"), path("broken"));
+    EXPECT_TRUE(itemExists(path("file")));
+    EXPECT_TRUE(itemExists(folder.path()));
+    EXPECT_TRUE(itemExists(path("link")));
+    EXPECT_FALSE(itemExists(path("broken")));
+    EXPECT_FALSE(itemExists(path("gone")));
+    EXPECT_FALSE(itemExists(""));
+    EXPECT_FALSE(itemExists(path(longName)));
+}
+
+TEST_F(FileSystem, takesAPathWithAZeroForNoPathAtAll)
+{
+    put("file", "kept");
+    const QString zero = path("file") + QChar(u'\0') + ".txt";
+    EXPECT_FALSE(itemExists(zero));
+    EXPECT_NE(failureOf([&] { readFile(zero); }), "none");
+    EXPECT_NE(failureOf([&] { removeItem(zero); }), "none");
+    EXPECT_NE(failureOf([&] { writeFileAtomically(zero, "new"); }), "none");
+    EXPECT_EQ(readFile(path("file")), "kept");
+}
+
+TEST_F(FileSystem, takesNamesInAnyScript)
+{
+    writeFileAtomically(path("Überweisung 会議 🎙.txt"), "x");
+    EXPECT_EQ(names(), QStringList{"Überweisung 会議 🎙.txt"});
+}
+
+} // namespace
