@@ -53,7 +53,7 @@ double timeZero(const AVFormatContext &format)
 
 AudioDecoder::AudioDecoder(const QString &path, const std::atomic<bool> *interrupt)
     : m_interrupt(interrupt)
-    , m_input((ffmpeg::silenceLog(), path), interrupt)
+    , m_input((ffmpeg::prepareLibraries(), path), interrupt)
     , m_packet(ffmpeg::checked(av_packet_alloc()))
     , m_waiting(ffmpeg::checked(av_frame_alloc()))
 {
@@ -169,8 +169,8 @@ double AudioDecoder::missingSeconds(const AVFrame &frame) const
 {
     if (frame.best_effort_timestamp == AV_NOPTS_VALUE || m_format->duration <= 0 || (m_hasBegun && mayJump(*m_format)))
         return 0;
-    const double time
-        = static_cast<double>(frame.best_effort_timestamp) * av_q2d(m_stream->time_base) - timeZero(*m_format);
+    const double time =
+        static_cast<double>(frame.best_effort_timestamp) * av_q2d(m_stream->time_base) - timeZero(*m_format);
     const double missing = time - m_position;
     // A timestamp behind the end of the file is damage, and no reason for hours of silence.
     const bool isInsideTheFile = time <= static_cast<double>(m_format->duration) / AV_TIME_BASE;

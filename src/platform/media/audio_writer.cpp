@@ -18,7 +18,7 @@ using Format = std::unique_ptr<AVFormatContext, FreeFormat>;
 
 Format newFormat(AudioFileSettings::Container container)
 {
-    ffmpeg::silenceLog();
+    ffmpeg::prepareLibraries();
     AVFormatContext *format = nullptr;
     const char *name = container == AudioFileSettings::Container::Wav ? "wav" : "ipod";
     ffmpeg::checked(avformat_alloc_output_context2(&format, nullptr, name, nullptr));
@@ -96,7 +96,7 @@ private:
         ffmpeg::checked(m_format->pb->error);
     }
 
-    template <typename Work>
+    template<typename Work>
     void attempt(Work work)
     {
         try {

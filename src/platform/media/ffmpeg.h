@@ -27,11 +27,12 @@ struct Deleter {
     }
 };
 
-template <typename Type>
+template<typename Type>
 using Pointer = std::unique_ptr<Type, Deleter>;
 
-/// Keeps the libraries from writing to the console. To be called before anything else of them.
-void silenceLog();
+/// Keeps the libraries from writing to the console and from holding memory that they need no more. To be called
+/// before anything else of them; may be repeated.
+void prepareLibraries();
 
 AVSampleFormat sampleFormat(AudioFormat::SampleType type);
 
@@ -39,7 +40,7 @@ AVSampleFormat sampleFormat(AudioFormat::SampleType type);
 int checked(int result);
 
 /// `pointer` as it came, or the Error of a full memory if it is null.
-template <typename Type>
+template<typename Type>
 Type *checked(Type *pointer)
 {
     if (!pointer)
