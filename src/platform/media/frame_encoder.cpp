@@ -14,6 +14,8 @@ constexpr int usualFrameSize = 4096;
 
 ffmpeg::Pointer<AVCodecContext> openEncoder(const AudioFileSettings &settings)
 {
+    if (settings.sampleRate <= 0 || settings.channels <= 0)
+        ffmpeg::checked(AVERROR(EINVAL));
     const bool isWav = settings.container == Container::Wav;
     const AVCodec *codec = ffmpeg::checked(avcodec_find_encoder(isWav ? AV_CODEC_ID_PCM_S16LE : AV_CODEC_ID_AAC));
     ffmpeg::Pointer<AVCodecContext> context(ffmpeg::checked(avcodec_alloc_context3(codec)));
@@ -82,9 +84,8 @@ void FrameEncoder::startFrame(int samples)
 int FrameEncoder::fill(std::span<const std::byte> frames)
 {
     const int bytesPerFrame = m_format.bytesPerFrame();
-    const int count
-        = static_cast<int>(std::min(static_cast<std::size_t>(m_frame->nb_samples - m_filled),
-                                    frames.size() / static_cast<std::size_t>(bytesPerFrame)));
+    const int count = static_cast<int>(std::min(static_cast<std::size_t>(m_frame->nb_samples - m_filled),
+                                                frames.size() / static_cast<std::size_t>(bytesPerFrame)));
     if (!av_sample_fmt_is_planar(m_codec->sample_fmt)) {
         std::memcpy(m_frame->extended_data[0] + m_filled * bytesPerFrame, frames.data(),
                     static_cast<std::size_t>(count * bytesPerFrame));

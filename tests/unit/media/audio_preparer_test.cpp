@@ -20,6 +20,9 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString sound = u"-f lavfi -i sine=frequency=1000:duration=1"_qs;
+/// Not even the superuser makes a file there.
+constexpr char folderWithoutFiles[] = "/sys";
+
 const QString uuid = u"[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}"_qs;
 
 template<typename Work>
@@ -170,8 +173,9 @@ TEST(ConvertToWav, givesNoneWhereNoFileCanBeMade)
 {
     MediaFolder folder;
     const QString source = folder.make(u"movie.mp4"_qs, sound + u" -c:a aac"_qs);
-    qputenv("TMPDIR", QFile::encodeName(folder.path(u"gone"_qs)));
+    qputenv("TMPDIR", folderWithoutFiles);
     EXPECT_EQ(AudioPreparer(TemporaryFiles()).convertToWav(source, u"test"_qs), std::nullopt);
+    EXPECT_EQ(AudioPreparer(TemporaryFiles()).exportToM4A(source), std::nullopt);
 }
 
 TEST(ConvertForMeeting, aWavOfAnyRateGoesAsItStands)
@@ -239,9 +243,14 @@ TEST(ConvertForMeeting, theSystemsRefusalOfTheNewFileIsToldAsItStands)
 {
     MediaFolder folder;
     const QString source = folder.make(u"a.m4a"_qs, sound);
-    qputenv("TMPDIR", QFile::encodeName(folder.path(u"gone"_qs)));
-    EXPECT_EQ(meetingError(AudioPreparer(TemporaryFiles()), source),
-              u"NSCocoaErrorDomain 4 The folder “gone” doesn’t exist."_qs);
+    qputenv("TMPDIR", folderWithoutFiles);
+    const QString told = meetingError(AudioPreparer(TemporaryFiles()), source);
+    EXPECT_TRUE(
+        QRegularExpression(u"^NSCocoaErrorDomain 513 You don’t have permission to save the file “meeting-transcribe-"_qs
+                           + uuid + u"\\.wav” in the folder “sys”\\.$"_qs)
+            .match(told)
+            .hasMatch())
+        << told.toStdString();
 }
 
 TEST(ConvertForMeeting, nothingDecodableIsAFailedConversion)

@@ -12,7 +12,6 @@ using namespace sorvanta;
 namespace {
 
 constexpr double sampleRate = 16000;
-constexpr double amplitude = 0.25;
 const QString tone = u"-f lavfi -i aevalsrc=0.25*sin(2*PI*1000*t):s=48000:d=3"_qs;
 const QString stereo = u"-f lavfi -i aevalsrc=0.25*sin(2*PI*1000*t)|0.25*sin(2*PI*1000*t):s=44100:d=3"_qs;
 const QString picture = u" -f lavfi -i testsrc=size=64x48:rate=5:duration=3"_qs;
@@ -29,8 +28,22 @@ void PrintTo(const Source &source, std::ostream *out)
     *out << source.name << ' ' << source.arguments.toStdString();
 }
 
-/// Every source holds three seconds of a tone of 1 kHz. 8 bits are too coarse for the level, which is why a dithered
-/// tone is not asked for.
+/// How loud the tone is in the source, as another program decodes it: some encoders change the level a little.
+double sourceAmplitude(const QString &path)
+{
+    const std::vector<double> samples = samplesOf(path);
+    const QByteArray rates =
+        outputOf(u"ffprobe"_qs, {u"-v"_qs, u"error"_qs, u"-of"_qs, u"csv=p=0"_qs, u"-select_streams"_qs, u"a:0"_qs,
+                                 u"-show_entries"_qs, u"stream=sample_rate"_qs, path});
+    // Some containers list a track more than once.
+    const double rate = rates.simplified().replace(',', ' ').split(' ').first().toDouble();
+    const auto second = static_cast<std::ptrdiff_t>(rate);
+    const double found = toneAmplitude({samples.begin() + second, samples.begin() + 2 * second}, 1000, rate);
+    EXPECT_NEAR(decibels(found / 0.25), 0, 0.3);
+    return found;
+}
+
+/// Every source holds three seconds of a tone of 1 kHz.
 class ConversionFormats : public testing::TestWithParam<Source> { };
 
 TEST_P(ConversionFormats, becomeMonoWavOfTheSameLengthLevelAndTone)
@@ -47,7 +60,7 @@ TEST_P(ConversionFormats, becomeMonoWavOfTheSameLengthLevelAndTone)
     ASSERT_GT(samples.size(), 32000U);
     const std::vector<double> middle(samples.begin() + 8000, samples.begin() + 24000);
     const double found = toneAmplitude(middle, 1000, sampleRate);
-    EXPECT_NEAR(decibels(found / amplitude), 0, 0.1);
+    EXPECT_NEAR(decibels(found / sourceAmplitude(source)), 0, 0.1);
     const double rest = level(middle, 0, 1, sampleRate) / (found / std::sqrt(2.0));
     EXPECT_NEAR(decibels(rest), 0, 0.05) << "there is something else than the tone";
 }
@@ -90,7 +103,8 @@ INSTANTIATE_TEST_SUITE_P(
     Videos, ConversionFormats,
     testing::Values(Source{"a.mp4", stereo + picture + u" -c:v libx264 -c:a aac -b:a 192k"_qs, 1024.0 / 44100},
                     Source{"fragmented.mp4",
-                           stereo + picture + u" -c:v libx264 -c:a aac -b:a 192k -movflags frag_keyframe+empty_moov"_qs,
+                           stereo + picture
+                               + u" -c:v libx264 -c:a aac -b:a 192k -bf 0 -movflags frag_keyframe+empty_moov"_qs,
                            1024.0 / 44100 * 2},
                     Source{"a.mov", stereo + picture + u" -c:v mpeg4 -c:a pcm_s16le"_qs},
                     Source{"a.mkv", stereo + picture + u" -c:v libx264 -c:a flac"_qs, 0.002},

@@ -49,7 +49,7 @@ TEST(FileTypes, otherExtensionsAreNeither)
 TEST(FileTypes, thePanelOffersAllOfThemOnce)
 {
     QStringList extensions = mediaExtensions();
-    EXPECT_EQ(extensions.size(), 91);
+    EXPECT_EQ(extensions.size(), 94);
     EXPECT_EQ(extensions.removeDuplicates(), 0);
     for (const QString &extension : extensions)
         EXPECT_TRUE(isAudioExtension(extension) || isMovieExtension(extension)) << extension.toStdString();
