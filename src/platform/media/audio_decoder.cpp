@@ -53,7 +53,7 @@ double timeZero(const AVFormatContext &format)
 
 AudioDecoder::AudioDecoder(const QString &path, const std::atomic<bool> *interrupt)
     : m_interrupt(interrupt)
-    , m_input((ffmpeg::silenceLog(), path), interrupt)
+    , m_input((ffmpeg::prepareLibraries(), path), interrupt)
     , m_packet(ffmpeg::checked(av_packet_alloc()))
     , m_waiting(ffmpeg::checked(av_frame_alloc()))
 {

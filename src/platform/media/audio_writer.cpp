@@ -18,11 +18,12 @@ using Format = std::unique_ptr<AVFormatContext, FreeFormat>;
 
 Format newFormat(AudioFileSettings::Container container)
 {
-    ffmpeg::silenceLog();
+    ffmpeg::prepareLibraries();
     AVFormatContext *format = nullptr;
     const char *name = container == AudioFileSettings::Container::Wav ? "wav" : "ipod";
     ffmpeg::checked(avformat_alloc_output_context2(&format, nullptr, name, nullptr));
     format->flags |= AVFMT_FLAG_BITEXACT; // no note of the library and its version in the file
+    format->flush_packets = 0; // the file is written in large pieces
     return Format(format);
 }
 

@@ -30,8 +30,9 @@ struct Deleter {
 template<typename Type>
 using Pointer = std::unique_ptr<Type, Deleter>;
 
-/// Keeps the libraries from writing to the console. To be called before anything else of them.
-void silenceLog();
+/// Keeps the libraries from writing to the console and from holding memory that they need no more. To be called
+/// before anything else of them; may be repeated.
+void prepareLibraries();
 
 AVSampleFormat sampleFormat(AudioFormat::SampleType type);
 

@@ -14,6 +14,8 @@ constexpr int usualFrameSize = 4096;
 
 ffmpeg::Pointer<AVCodecContext> openEncoder(const AudioFileSettings &settings)
 {
+    if (settings.sampleRate <= 0 || settings.channels <= 0)
+        ffmpeg::checked(AVERROR(EINVAL));
     const bool isWav = settings.container == Container::Wav;
     const AVCodec *codec = ffmpeg::checked(avcodec_find_encoder(isWav ? AV_CODEC_ID_PCM_S16LE : AV_CODEC_ID_AAC));
     ffmpeg::Pointer<AVCodecContext> context(ffmpeg::checked(avcodec_alloc_context3(codec)));
