@@ -7,7 +7,9 @@ T.Dialog {
 
     property real rise: 0
 
-    anchors.centerIn: T.Overlay.overlay
+    parent: T.Overlay.overlay
+    x: parent ? Math.round((parent.width - width) / 2) : 0
+    y: parent ? Math.round((parent.height - height) / 2 + rise) : 0
     width: 360
     implicitHeight: Math.ceil(topPadding + bottomPadding + implicitHeaderHeight + spacing + implicitContentHeight
         + implicitFooterHeight)
@@ -27,7 +29,6 @@ T.Dialog {
     background: MenuSurface {
         shadowed: false
         radius: Theme.dialogRadius
-        transform: Translate { y: control.rise }
     }
 
     T.Overlay.modal: Rectangle {
@@ -36,6 +37,7 @@ T.Dialog {
 
     enter: Transition {
         NumberAnimation { property: "opacity"; from: 0; to: 1; duration: Theme.dialogTime; easing.type: Easing.OutCubic }
+        NumberAnimation { target: control; property: "rise"; from: 8; to: 0; duration: Theme.dialogTime; easing.type: Easing.OutCubic }
     }
     exit: Transition {
         NumberAnimation { property: "opacity"; to: 0; duration: Theme.dialogTime; easing.type: Easing.OutCubic }

@@ -92,7 +92,9 @@ void Icon::updatePolish()
 {
     if (!window())
         return;
-    const int side = qCeil(m_size * window()->effectiveDevicePixelRatio());
+    const qreal density = window()->effectiveDevicePixelRatio();
+    const int side = qCeil(m_size * density);
+    m_drawnSize = side / density;
     m_image = m_symbol.isEmpty() ? QImage() : image(m_symbol, side, m_color);
     m_imageChanged = true;
     update();
@@ -113,7 +115,7 @@ QSGNode *Icon::updatePaintNode(QSGNode *oldNode, UpdatePaintNodeData *)
     if (m_imageChanged)
         node->setTexture(window()->createTextureFromImage(m_image, QQuickWindow::TextureCanUseAtlas));
     m_imageChanged = false;
-    node->setRect(0, 0, m_size, m_size);
+    node->setRect(0, 0, m_drawnSize, m_drawnSize);
     return node;
 }
 

@@ -40,6 +40,7 @@ private:
     QString m_symbol;
     int m_size = 16;
     QColor m_color = Qt::black;
+    qreal m_drawnSize = 0;
     QImage m_image;
     bool m_imageChanged = false;
 };

@@ -169,6 +169,16 @@ TEST_F(Controls, wearTheFontOfTheApplication)
     EXPECT_EQ(font.weight(), QFont::Medium);
 }
 
+TEST_F(Controls, aBoxIsToggledOnceByEachToggleOfAssistiveTechnology)
+{
+    QQuickItem *box = showControl("CheckBox { objectName: 'it'; text: 'Strip' }");
+    QSignalSpy toggled(box, SIGNAL(toggled()));
+    pressAccessibly(box, QAccessibleActionInterface::toggleAction());
+    EXPECT_TRUE(box->property("checked").toBool());
+    EXPECT_TRUE(accessible(box)->state().checked);
+    EXPECT_EQ(toggled.count(), 1);
+}
+
 TEST_F(Controls, previousAndNextAreTwoButtons)
 {
     showControl("PreviousNextButtons { objectName: 'it'; previousEnabled: false }");

@@ -59,10 +59,8 @@ QQuickItem *UiTest::show(const QByteArray &qml, const QVariantMap &properties)
     component.setData(qml, QUrl("qrc:/qt/qml/Shown.qml"));
     if (component.isReady())
         root = qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties));
-    if (!root) {
-        ADD_FAILURE() << component.errorString().toStdString();
-        return nullptr;
-    }
+    if (!root)
+        throw std::runtime_error(component.errorString().toStdString());
     window = std::make_unique<QQuickWindow>();
     window->setColor(color("windowColor"));
     window->resize(qMax(400, qCeil(root->width())), qMax(300, qCeil(root->height())));
@@ -88,8 +86,7 @@ QQuickItem *UiTest::item(const QString &objectName) const
             return candidate;
         waiting += candidate->childItems();
     }
-    ADD_FAILURE() << "There is no item named " << objectName.toStdString();
-    return nullptr;
+    throw std::runtime_error("There is no item named " + objectName.toStdString());
 }
 
 void UiTest::setDark(bool isDark)

@@ -23,13 +23,13 @@ protected:
     UiTest();
     ~UiTest() override;
 
-    /// Shows `qml`, the source of an item, with `properties` set from the start.
+    /// Shows `qml`, the source of an item, with `properties` set from the start. Throws when it cannot be made.
     QQuickItem *show(const QByteArray &qml, const QVariantMap &properties = {});
 
     /// Shows a type of a module that the program links.
     QQuickItem *showType(const QString &module, const QString &type, const QVariantMap &properties = {});
 
-    /// The item or object with that objectName; the test fails when there is none.
+    /// The item or object with that objectName; throws when there is none.
     QQuickItem *item(const QString &objectName) const;
 
     void setDark(bool isDark);
@@ -42,7 +42,7 @@ protected:
 
     void click(QQuickItem *item);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    /// Presses Tab until the item has the focus.
+    /// Presses Tab until the item has the focus, whether it had it before or not.
     void tabTo(QQuickItem *item);
 
     /// How assistive technology sees the object; a failure when it does not.
