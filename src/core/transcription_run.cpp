@@ -49,7 +49,7 @@ void TranscriptionRun::start(const QString &audioPath, const QString &modelPath,
     m_worker = runOnWorker([this, isCurrent = currencyTest(), runner = WhisperRunner(m_settings, workerHooks()),
                             audioPath, modelPath, code = m_runLanguage]() mutable {
         try {
-            const QString output = runner.run(audioPath, modelPath, code);
+            const Utf8Stream output = runner.run(audioPath, modelPath, code);
             postToMain([this, isCurrent, output] {
                 if (isCurrent())
                     finishRun(output);
@@ -132,11 +132,10 @@ void TranscriptionRun::takeOutput(const QString &piece)
     emit transcriptChanged();
 }
 
-void TranscriptionRun::finishRun(const QString &output)
+void TranscriptionRun::finishRun(const Utf8Stream &output)
 {
-    // What was not reported piece by piece, as a rule nothing, comes now.
-    if (output.size() > rawOutput().size())
-        takeOutput(output.sliced(rawOutput().size()));
+    if (const QString rest = output.repairedRest(); !rest.isEmpty())
+        takeOutput(rest);
     m_status = QStringLiteral("Done");
     m_progress.finish();
     announceProgress();

@@ -121,7 +121,7 @@ Q_SIGNALS:
 
 private:
     void takeOutput(const QString &piece);
-    void finishRun(const QString &output);
+    void finishRun(const Utf8Stream &output);
     void failRun(const std::exception_ptr &failure);
     void endRun();
     void setStopping(bool isStopping);

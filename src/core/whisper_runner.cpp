@@ -1,7 +1,6 @@
 #include "core/whisper_runner.h"
 
 #include "platform/error.h"
-#include "platform/utf8_stream.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -46,7 +45,7 @@ WhisperRunner::WhisperRunner(Settings settings, Hooks hooks)
 {
 }
 
-QString WhisperRunner::run(const QString &audioPath, const QString &modelPath, const QString &language)
+Utf8Stream WhisperRunner::run(const QString &audioPath, const QString &modelPath, const QString &language)
 {
     const QString engine = enginePath();
     const QStringList arguments = engineArguments(audioPath, modelPath, language);
@@ -86,10 +85,9 @@ QString WhisperRunner::run(const QString &audioPath, const QString &modelPath, c
 
     if (m_hooks.isStopping())
         throw CancellationError();
-    const QString output = stream.repairedText();
     if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        throw Error(errorDomain, engineFailed, QStringLiteral("Whisper failed: ") + output);
-    return output;
+        throw Error(errorDomain, engineFailed, QStringLiteral("Whisper failed: ") + stream.repairedText());
+    return stream;
 }
 
 void WhisperRunner::printOnStandardOutput(const QByteArray &line)

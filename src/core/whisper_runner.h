@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/engine_task.h"
+#include "platform/utf8_stream.h"
 
 #include <QByteArray>
 #include <QString>
@@ -37,11 +38,11 @@ public:
     /// Output and errors of the child come through one pipe, which is read until the child has ended, so that no byte
     /// that it printed is missing. A chunk that is not well-formed UTF-8, alone or with all before it, is not
     /// reported; its bytes come with a later piece or at the end.
-    /// @return the whole output, what is not UTF-8 replaced with U+FFFD
+    /// @return the whole output; its repairedText() is what the engine said, its repairedRest() what was not reported
     /// @throws Error "Whisper" 1 if there is no engine, "Whisper" 3 if it ended with a status other than 0,
     ///         "Launch" 1 if it could not be started
     /// @throws CancellationError if the user asked for a stop, whatever the status was
-    QString run(const QString &audioPath, const QString &modelPath, const QString &language);
+    Utf8Stream run(const QString &audioPath, const QString &modelPath, const QString &language);
 
     /// Hooks that print on the application's own standard output.
     static void printOnStandardOutput(const QByteArray &line);

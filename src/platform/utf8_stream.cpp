@@ -6,26 +6,31 @@ namespace sorvanta {
 
 std::optional<QString> Utf8Stream::append(const QByteArray &chunk)
 {
-    m_rest += chunk;
+    m_bytes += chunk;
     if (m_isBroken)
         return std::nullopt;
     auto text = decodeUtf8(chunk);
     if (!text)
         return std::nullopt;
-    if (m_rest.size() > chunk.size())
-        text = decodeUtf8(m_rest);
+    const QByteArrayView rest = QByteArrayView(m_bytes).sliced(m_returned);
+    if (rest.size() > chunk.size())
+        text = decodeUtf8(rest);
     if (!text) {
         m_isBroken = true; // the fault lies before a whole chunk, where no later byte can mend it
         return std::nullopt;
     }
-    m_text += *text;
-    m_rest.clear();
+    m_returned = m_bytes.size();
     return text;
 }
 
-QString Utf8Stream::decodeRest() const
+QString Utf8Stream::repairedText() const
 {
-    return decodeUtf8WithRepair(m_rest);
+    return decodeUtf8WithRepair(m_bytes);
+}
+
+QString Utf8Stream::repairedRest() const
+{
+    return decodeUtf8WithRepair(QByteArrayView(m_bytes).sliced(m_returned));
 }
 
 } // namespace sorvanta

@@ -7,7 +7,7 @@
 
 namespace sorvanta {
 
-/// Text out of UTF-8 bytes that arrive in chunks, cut anywhere. The work for a chunk depends on the chunk.
+/// UTF-8 bytes that arrive in chunks, cut anywhere, and the text in them. The work for a chunk depends on the chunk.
 class Utf8Stream {
 public:
     /// Takes the next chunk. If the chunk alone and all bytes so far are well-formed UTF-8, returns the text that is
@@ -15,14 +15,15 @@ public:
     std::optional<QString> append(const QByteArray &chunk);
 
     /// All text so far, each invalid sequence replaced with one U+FFFD.
-    QString repairedText() const { return m_text + decodeRest(); }
+    QString repairedText() const;
+
+    /// The end of repairedText() that append() has not returned.
+    QString repairedRest() const;
 
 private:
-    QString decodeRest() const;
-
-    QString m_text; // what was returned
-    QByteArray m_rest; // what was not
-    bool m_isBroken = false; // m_rest will never be well-formed
+    QByteArray m_bytes;
+    qsizetype m_returned = 0; // of the bytes; ends with a whole character
+    bool m_isBroken = false; // the bytes behind that will never be well-formed
 };
 
 } // namespace sorvanta

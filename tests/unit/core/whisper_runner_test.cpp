@@ -60,7 +60,8 @@ protected:
         runOnWorker([&] {
             try {
                 WhisperRunner runner({m_bundle.resourceFolder(), printsCommand}, hooks);
-                outcome.output = runner.run(QStringLiteral("/audio/a b.wav"), modelPath, QStringLiteral("auto"));
+                outcome.output =
+                    runner.run(QStringLiteral("/audio/a b.wav"), modelPath, QStringLiteral("auto")).repairedText();
             } catch (const CancellationError &) {
                 outcome.isCancelled = true;
             } catch (const Error &error) {
