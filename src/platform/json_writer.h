@@ -52,7 +52,6 @@ private:
     void newLine();
     void append(QByteArrayView bytes);
     void appendQuoted(QStringView text);
-    char *writeUnit(char *out, QStringView text, qsizetype &i) const;
     char *room(qsizetype bytes);
 
     bool m_isPretty;

@@ -1,5 +1,6 @@
 #include "platform/file_system.h"
 
+#include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "support/printing.h"
 
@@ -127,6 +128,26 @@ TEST_F(FileSystem, leavesNoLitterWhenAWriteFails)
     EXPECT_EQ(names(), before);
     EXPECT_EQ(readFile(path("file")), "kept");
     EXPECT_EQ(readFile(path("taken/inner")), "kept");
+}
+
+TEST_F(FileSystem, showsAFileThatIsWrittenInPiecesOnlyOnceItIsWhole)
+{
+    put("a", "old");
+    const QByteArray piece(3'000'000, 'p');
+    {
+        AtomicFile file(path("a"));
+        for (int i = 0; i < 3; ++i)
+            file.write(piece);
+        EXPECT_EQ(readFile(path("a")), "old");
+        file.commit();
+    }
+    EXPECT_EQ(readFile(path("a")), piece.repeated(3));
+    {
+        AtomicFile abandoned(path("a"));
+        abandoned.write("new");
+    }
+    EXPECT_EQ(readFile(path("a")), piece.repeated(3));
+    EXPECT_EQ(names(), QStringList{"a"});
 }
 
 TEST_F(FileSystem, copiesAFileAndLeavesTheSource)

@@ -101,6 +101,41 @@ TEST(JsonWriter, escapesQuotesBackslashesAndControlCharactersOnly)
     EXPECT_EQ(stringDocument(raw), '"' + raw.toUtf8() + '"');
 }
 
+TEST(JsonWriter, givesItsTextAwayInPieces)
+{
+    JsonWriter writer(Layout::Compact, Slashes::Plain);
+    QByteArray document;
+    const auto sink = [&document](QByteArrayView bytes) { document += bytes.toByteArray() + '|'; };
+    writer.beginArray();
+    writer.string(u"a");
+    EXPECT_EQ(writer.size(), 4);
+    writer.drain(sink);
+    EXPECT_EQ(writer.size(), 0);
+    writer.string(u"b");
+    writer.drain(sink);
+    writer.endArray();
+    EXPECT_EQ(document + writer.takeBytes(), R"(["a"|,"b"|])");
+}
+
+TEST(JsonWriter, findsWhatIsToBeEscapedAtAnyPlace)
+{
+    for (int place = 0; place < 24; ++place) {
+        const QString before(place, 'a');
+        for (const auto &[unit, escaped] : {std::pair<char16_t, const char *>{u'"', "\\\""},
+                                            {u'\\', "\\\\"},
+                                            {u'\n', "\\n"},
+                                            {u'\u001f', "\\u001f"},
+                                            {u'/', "\\/"},
+                                            {u'\u007f', "\u007f"},
+                                            {u' ', " "},
+                                            {u'é', "é"},
+                                            {u'\u0141', "\u0141"}}) {
+            EXPECT_EQ(stringDocument(before + QChar(unit) + "tail of the text", Slashes::Escaped),
+                      '"' + before.toUtf8() + escaped + "tail of the text\"");
+        }
+    }
+}
+
 TEST(JsonWriter, escapesSlashesIfAsked)
 {
     EXPECT_EQ(stringDocument(u"/a/b", Slashes::Escaped), R"("\/a\/b")");
