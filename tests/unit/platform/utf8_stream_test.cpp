@@ -57,8 +57,9 @@ TEST(Utf8Stream, makesTheSameTextOfAnyChunks)
             const bool isText = decodeUtf8(chunk) && decodeUtf8(QByteArrayView(bytes).first(from));
             ASSERT_EQ(piece.has_value(), isText) << "seed " << seed;
             returned += piece.value_or(QString());
-            if (piece)
+            if (piece) {
                 ASSERT_EQ(returned, decodeUtf8(QByteArrayView(bytes).first(from)));
+            }
         }
         ASSERT_EQ(returned + stream.repairedRest(), decodeUtf8WithRepair(bytes)) << "seed " << seed;
         ASSERT_EQ(stream.repairedText(), decodeUtf8WithRepair(bytes));
