@@ -92,7 +92,7 @@ void TranscriptionHistoryStore::deleteEntry(const QString &id)
     const auto found = std::ranges::find(entries(), id, &TranscriptionHistoryEntry::id);
     if (found == entries().end())
         return;
-    const TranscriptionHistoryEntry entry = *found;
+    auto entry = *found;
     m_list.removeAt(found - entries().begin());
     deleteStoredFiles(entry);
     try {

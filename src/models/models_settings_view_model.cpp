@@ -83,12 +83,12 @@ void ModelsSettingsViewModel::deleteLocalCopy(const ModelInfo &model)
     }
 }
 
-void ModelsSettingsViewModel::setStatus(const ModelInfo &model, Status status)
+void ModelsSettingsViewModel::setStatus(const ModelInfo &model, const Status &status)
 {
     const auto current = m_statusMap.constFind(model.id);
     if (current != m_statusMap.constEnd() && *current == status)
         return;
-    m_statusMap.insert(model.id, std::move(status));
+    m_statusMap.insert(model.id, status);
     emit statusMapChanged();
 }
 

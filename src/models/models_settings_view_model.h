@@ -52,7 +52,7 @@ Q_SIGNALS:
     void statusMapChanged();
 
 private:
-    void setStatus(const ModelInfo &model, Status status);
+    void setStatus(const ModelInfo &model, const Status &status);
 
     std::optional<QString> m_applicationSupportFolder;
     QHash<QString, Status> m_statusMap; // by model id

@@ -17,7 +17,9 @@ std::optional<QString> applicationSupportFolder()
 
 QString temporaryFolder()
 {
-    return QDir::tempPath();
+    // A TMPDIR that names nothing gives an empty text, and files would land at the root.
+    const QString folder = QDir::tempPath();
+    return folder.isEmpty() ? QStringLiteral("/tmp") : folder;
 }
 
 QString resourceFolder()

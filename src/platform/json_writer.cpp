@@ -189,7 +189,7 @@ void JsonWriter::beginValue()
 
 void JsonWriter::newLine()
 {
-    const auto indentation = static_cast<qsizetype>(2 * m_isEmpty.size());
+    const auto indentation = 2 * static_cast<qsizetype>(m_isEmpty.size());
     char *out = room(1 + indentation);
     *out = '\n';
     std::fill_n(out + 1, indentation, ' ');

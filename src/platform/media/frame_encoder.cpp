@@ -83,12 +83,12 @@ void FrameEncoder::startFrame(int samples)
 /// Puts as many of `frames` into the frame as it has room for. @return how many
 int FrameEncoder::fill(std::span<const std::byte> frames)
 {
-    const int bytesPerFrame = m_format.bytesPerFrame();
-    const int count = static_cast<int>(std::min(static_cast<std::size_t>(m_frame->nb_samples - m_filled),
-                                                frames.size() / static_cast<std::size_t>(bytesPerFrame)));
+    const auto bytesPerFrame = static_cast<std::size_t>(m_format.bytesPerFrame());
+    const int count = static_cast<int>(
+        std::min(static_cast<std::size_t>(m_frame->nb_samples - m_filled), frames.size() / bytesPerFrame));
     if (!av_sample_fmt_is_planar(m_codec->sample_fmt)) {
-        std::memcpy(m_frame->extended_data[0] + m_filled * bytesPerFrame, frames.data(),
-                    static_cast<std::size_t>(count * bytesPerFrame));
+        std::memcpy(m_frame->extended_data[0] + static_cast<std::size_t>(m_filled) * bytesPerFrame, frames.data(),
+                    static_cast<std::size_t>(count) * bytesPerFrame);
     } else {
         const auto *input = reinterpret_cast<const float *>(frames.data());
         for (int channel = 0; channel < m_format.channels; ++channel) {
