@@ -28,11 +28,12 @@ void HistoryListModel::insertFirst(TranscriptionHistoryEntry entry)
     endInsertRows();
 }
 
-void HistoryListModel::removeAt(qsizetype row)
+TranscriptionHistoryEntry HistoryListModel::takeAt(qsizetype row)
 {
     beginRemoveRows({}, static_cast<int>(row), static_cast<int>(row));
-    m_entries.removeAt(row);
+    TranscriptionHistoryEntry entry = m_entries.takeAt(row);
     endRemoveRows();
+    return entry;
 }
 
 void HistoryListModel::replaceAll(QList<TranscriptionHistoryEntry> entries)

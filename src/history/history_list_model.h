@@ -26,7 +26,8 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     void insertFirst(TranscriptionHistoryEntry entry);
-    void removeAt(qsizetype row);
+    /// Removes the entry in that row. @return it
+    TranscriptionHistoryEntry takeAt(qsizetype row);
     /// Takes another list. Nothing is announced if it is the same.
     void replaceAll(QList<TranscriptionHistoryEntry> entries);
 

@@ -92,9 +92,7 @@ void TranscriptionHistoryStore::deleteEntry(const QString &id)
     const auto found = std::ranges::find(entries(), id, &TranscriptionHistoryEntry::id);
     if (found == entries().end())
         return;
-    auto entry = *found;
-    m_list.removeAt(found - entries().begin());
-    deleteStoredFiles(entry);
+    deleteStoredFiles(m_list.takeAt(found - entries().begin()));
     try {
         save();
     } catch (const Error &error) {
@@ -127,7 +125,7 @@ void TranscriptionHistoryStore::removeEntries(const QString &sourceLabel, const 
     }
     for (qsizetype row = entries().size(); row-- > 0 && !pickedIds.isEmpty();) {
         if (pickedIds.contains(entries()[row].id))
-            m_list.removeAt(row);
+            m_list.takeAt(row);
     }
 }
 

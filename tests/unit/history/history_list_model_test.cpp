@@ -36,7 +36,7 @@ TEST_F(HistoryList, announcesAnInsertionAtTheTopAsThat)
 TEST_F(HistoryList, announcesARemovalAsThat)
 {
     model.replaceAll({historyEntry("1"), historyEntry("2"), historyEntry("3")});
-    model.removeAt(1);
+    EXPECT_EQ(model.takeAt(1), historyEntry("2"));
     EXPECT_EQ(historyIds(model.entries()), (QStringList{"1", "3"}));
     ASSERT_EQ(removed.count(), 1);
     EXPECT_EQ(removed[0][1].toInt(), 1);
