@@ -106,6 +106,14 @@ QString TranscriptionRun::transcript() const
     return m_isTranscriptCleared ? QString() : m_output.transcript();
 }
 
+void TranscriptionRun::clearTranscript()
+{
+    if (transcript().isEmpty())
+        return;
+    m_isTranscriptCleared = true;
+    emit transcriptChanged();
+}
+
 QString TranscriptionRun::displayedTranscript() const
 {
     return sorvanta::displayedTranscript(rawOutput(), transcript(), stripDashes());
@@ -137,6 +145,10 @@ void TranscriptionRun::finishRun(const QString &output)
     // What was not reported piece by piece, as a rule nothing, comes now.
     if (output.size() > rawOutput().size())
         takeOutput(output.sliced(rawOutput().size()));
+    if (m_isTranscriptCleared) {
+        m_isTranscriptCleared = false;
+        emit transcriptChanged();
+    }
     m_status = QStringLiteral("Done");
     m_progress.finish();
     announceProgress();
