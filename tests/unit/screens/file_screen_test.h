@@ -1,7 +1,7 @@
 #pragma once
 
 #include "screens/file/transcript_from_file_view.h"
-#include "support/media_files.h"
+#include "support/silent_media.h"
 #include "support/printing.h"
 #include "support/screen_workbench.h"
 
