@@ -1,9 +1,12 @@
 import QtQuick
 
-// A place for one screen. Unless it is selected it is neither seen nor clicked nor read out, but it lives on.
+// A place for one screen in the stack of all. Unless it is selected it is in no window, and so neither seen nor clicked
+// nor read out; but it lives on, with all its state.
 Item {
+    required property Item stack
     property bool isSelected: false
 
-    anchors.fill: parent
-    visible: isSelected
+    parent: isSelected ? stack : null
+    width: stack.width
+    height: stack.height
 }

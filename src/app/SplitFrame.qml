@@ -21,11 +21,14 @@ Item {
     }
 
     Item {
+        id: screens
+
         anchors.left: sidebar.right
         anchors.right: parent.right
         height: parent.height
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 0
 
             TranscriptFromFilePage {
@@ -35,26 +38,32 @@ Item {
         }
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 1
         }
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 2
         }
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 3
         }
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 4
         }
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 5
         }
 
         Section {
+            stack: screens
             isSelected: frame.content.selectedIndex === 6
 
             SupportPage {
@@ -67,12 +76,16 @@ Item {
             }
         }
 
-        BodyText {
-            objectName: "noSection"
-            visible: frame.content.selectedIndex < 0
-            anchors.centerIn: parent
-            text: "Select a section"
-            color: Theme.text2
+        Section {
+            stack: screens
+            isSelected: frame.content.selectedIndex < 0
+
+            BodyText {
+                objectName: "noSection"
+                anchors.centerIn: parent
+                text: "Select a section"
+                color: Theme.text2
+            }
         }
     }
 }

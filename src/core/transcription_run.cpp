@@ -106,6 +106,14 @@ QString TranscriptionRun::transcript() const
     return m_isTranscriptCleared ? QString() : m_output.transcript();
 }
 
+void TranscriptionRun::clearTranscript()
+{
+    if (transcript().isEmpty())
+        return;
+    m_isTranscriptCleared = true;
+    emit transcriptChanged();
+}
+
 QString TranscriptionRun::displayedTranscript() const
 {
     return sorvanta::displayedTranscript(rawOutput(), transcript(), stripDashes());
@@ -136,6 +144,10 @@ void TranscriptionRun::finishRun(const Utf8Stream &output)
 {
     if (const QString rest = output.repairedRest(); !rest.isEmpty())
         takeOutput(rest);
+    if (m_isTranscriptCleared) {
+        m_isTranscriptCleared = false;
+        emit transcriptChanged();
+    }
     m_status = QStringLiteral("Done");
     m_progress.finish();
     announceProgress();

@@ -90,7 +90,7 @@ public:
 
     /// The whole output of the run so far.
     const QString &rawOutput() const { return m_output.rawOutput(); }
-    /// The cleaned text as it came; empty after clearTranscript() until the next output.
+    /// The cleaned text as it came; empty after clearTranscript() until the next output or the end.
     QString transcript() const;
     /// What is shown, searched, copied and saved.
     QString displayedTranscript() const;
@@ -98,7 +98,8 @@ public:
     bool hasShownText() const { return m_hasShownText; }
     /// The rows of displayedTranscript().
     TranscriptLinesModel *lines() { return &m_lines; }
-    void clearTranscript() { m_isTranscriptCleared = true; }
+    /// Empties transcript(); the output, and what is displayed of it, stays.
+    void clearTranscript();
 
     bool stripDashes() const { return m_lines.stripDashes(); }
     void setStripDashes(bool stripDashes);

@@ -1,34 +1,43 @@
 import QtQuick
+import QtQuick.Controls
 import Sorvanta.Style
 
-// The message of the last failure and the button that copies it. A long message scrolls within its row.
+// The message of the last failure and the button that copies it, on the message's first baseline. A long message
+// scrolls within its row.
 Item {
     id: row
 
     property string message
     property int topPadding: 0
 
+    readonly property int textInset: (Theme.controlHeight - words.lineSize) / 2
+    readonly property int mostHeight: 9 * words.lineSize
+
     signal copyRequested
 
     implicitWidth: 480
-    implicitHeight: topPadding + Math.max(Theme.controlHeight, view.height)
+    implicitHeight: topPadding + Math.max(Theme.controlHeight, textInset + view.height)
 
     Flickable {
         id: view
 
-        anchors.verticalCenter: parent.verticalCenter
-        anchors.verticalCenterOffset: row.topPadding / 2
+        objectName: "errorView"
+        y: row.topPadding + row.textInset
         width: Math.min(words.implicitWidth, row.width - copyButton.width - 8)
-        height: Math.min(words.height, 160)
+        height: Math.min(words.height, row.mostHeight)
         contentHeight: words.height
         clip: contentHeight > height
+        interactive: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
+
+        ScrollBar.vertical: ScrollBar {}
 
         BodyText {
             id: words
 
             objectName: "errorText"
             width: row.width - copyButton.width - 8
+            rightPadding: 12
             text: row.message
             color: Theme.danger
             wrapMode: Text.Wrap
@@ -41,7 +50,7 @@ Item {
 
         objectName: "copyErrorButton"
         x: view.width + 8
-        anchors.verticalCenter: view.verticalCenter
+        y: row.topPadding
         text: "Copy Error"
         onClicked: row.copyRequested()
     }

@@ -40,6 +40,7 @@ Item {
         id: remaining
 
         objectName: "remainingText"
+        visible: row.run.hasProgress
         anchors.right: stopButton.left
         anchors.rightMargin: 12
         anchors.verticalCenter: parent.verticalCenter

@@ -29,6 +29,7 @@ Card {
         clip: true
         spacing: 4
         model: card.run.lines
+        currentIndex: -1 // a line is selected as text, not as a row
         boundsBehavior: Flickable.StopAtBounds
         cacheBuffer: 400
         keyNavigationEnabled: false
@@ -55,6 +56,15 @@ Card {
         delegate: TranscriptRow {
             width: ListView.view.width
         }
+    }
+
+    BodyText {
+        objectName: "noTranscript"
+        visible: card.run.lines.count === 0
+        x: 16
+        y: 16
+        text: "No transcript yet."
+        color: Theme.text2
     }
 
     FocusRing {

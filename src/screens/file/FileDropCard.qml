@@ -12,7 +12,8 @@ DropArea {
     implicitHeight: card.implicitHeight
     onEntered: drag => drag.accepted = view.acceptsDrop(drag.urls, drag.formats)
     onDropped: drop => {
-        drop.accepted = view.acceptsDrop(drop.urls, drop.formats);
+        // Whatever was proposed: a file that is moved would be removed where it came from.
+        drop.accept(Qt.CopyAction);
         const format = view.mediaFormat(drop.formats);
         if (!view.dropFiles(drop.urls) && format !== "")
             view.dropData(drop.getDataAsArrayBuffer(format));

@@ -3,150 +3,135 @@ import QtQuick.Controls
 import Sorvanta.Style
 import Sorvanta.Screens
 
-// The page of the file screen: one column that scrolls as a whole, in which rows appear as a run goes on.
-Flickable {
+// The page of the file screen, in which rows appear as a run goes on.
+ScrollingPage {
     id: page
 
     required property TranscriptFromFileView view
     readonly property TranscriptionRun run: view.run
 
-    contentWidth: width
-    contentHeight: column.y + column.height + 16
-    boundsBehavior: Flickable.StopAtBounds
-    clip: true
+    ScreenHeader {
+        width: parent.width
+        bottomPadding: 16
+        title: "Transcript Audio From File"
+        subtitle: "Upload an audio file, choose a downloaded model, and generate a transcript using whisper."
+    }
 
-    ScrollBar.vertical: ScrollBar {}
+    SectionLabel {
+        bottomPadding: 8
+        text: "Audio File"
+    }
 
-    Column {
-        id: column
+    FileDropCard {
+        width: parent.width
+        view: page.view
+    }
 
-        x: Math.round((page.width - width) / 2)
-        y: Theme.pageGutter
-        width: Math.min(Theme.pageWidth, page.width - 2 * Theme.pageGutter)
+    Item {
+        width: 1
+        height: 16
+    }
 
-        ScreenHeader {
-            width: parent.width
-            bottomPadding: 16
-            title: "Transcript Audio From File"
-            subtitle: "Upload an audio file, choose a downloaded model, and generate a transcript using whisper."
-        }
+    Card {
+        width: parent.width
+        height: form.height
 
-        SectionLabel {
-            bottomPadding: 8
-            text: "Audio File"
-        }
+        Column {
+            id: form
 
-        FileDropCard {
-            width: parent.width
-            view: page.view
-        }
+            x: 16
+            width: parent.width - 32
 
-        Item {
-            width: 1
-            height: 16
-        }
+            FormRow {
+                width: parent.width
+                label: "Model"
+                hint: page.view.model.hint
 
-        Card {
-            width: parent.width
-            height: form.height
-
-            Column {
-                id: form
-
-                x: 16
-                width: parent.width - 32
-
-                FormRow {
-                    width: parent.width
-                    label: "Model"
-                    hint: page.view.model.hint
-
-                    ComboBox {
-                        objectName: "modelPicker"
-                        visible: page.view.model.hasModels
-                        model: page.view.model.names
-                        currentIndex: page.view.model.index
-                        Accessible.name: "Model"
-                        onActivated: index => page.view.model.index = index
-                    }
+                ComboBox {
+                    objectName: "modelPicker"
+                    visible: page.view.model.hasModels
+                    model: page.view.model.names
+                    currentIndex: page.view.model.index
+                    Accessible.name: "Model"
+                    onActivated: index => page.view.model.index = index
                 }
+            }
 
-                Hairline {
-                    width: parent.width
-                }
+            Hairline {
+                width: parent.width
+            }
 
-                FormRow {
-                    width: parent.width
-                    label: "Language"
-                    hint: "Default is auto-detect. Pick a code to force transcription language."
+            FormRow {
+                width: parent.width
+                label: "Language"
+                hint: "Default is auto-detect. Pick a code to force transcription language."
 
-                    ComboBox {
-                        objectName: "languagePicker"
-                        model: page.view.language.labels
-                        currentIndex: page.view.language.index
-                        Accessible.name: "Language"
-                        onActivated: index => page.view.language.index = index
-                    }
+                ComboBox {
+                    objectName: "languagePicker"
+                    model: page.view.language.labels
+                    currentIndex: page.view.language.index
+                    Accessible.name: "Language"
+                    onActivated: index => page.view.language.index = index
                 }
             }
         }
+    }
 
-        Item {
-            width: 1
-            height: 16
-        }
+    Item {
+        width: 1
+        height: 16
+    }
 
-        PushButton {
-            objectName: "startButton"
-            role: PushButton.Prominent
-            text: page.view.startLabel
-            enabled: page.view.canStart
-            onClicked: page.view.start()
-        }
+    PushButton {
+        objectName: "startButton"
+        role: PushButton.Prominent
+        text: page.view.startLabel
+        enabled: page.view.canStart
+        onClicked: page.view.start()
+    }
 
-        BodyText {
-            objectName: "statusText"
-            visible: page.run.isStatusShown
-            width: parent.width
-            topPadding: 12
-            text: page.run.status
-            color: Theme.text2
-            wrapMode: Text.Wrap
-        }
+    BodyText {
+        objectName: "statusText"
+        visible: page.run.isStatusShown
+        width: parent.width
+        topPadding: 12
+        text: page.run.status
+        color: Theme.text2
+        wrapMode: Text.Wrap
+    }
 
-        ErrorRow {
-            visible: page.run.hasError
-            width: parent.width
-            topPadding: page.run.isStatusShown ? 8 : 12
-            message: page.run.errorText
-            onCopyRequested: page.view.copyError()
-        }
+    ErrorRow {
+        visible: page.run.hasError
+        width: parent.width
+        topPadding: page.run.isStatusShown ? 8 : 12
+        message: page.run.errorText
+        onCopyRequested: page.view.copyError()
+    }
 
-        Item {
-            visible: page.run.isTranscribing
-            width: 1
-            height: 12
-        }
+    Item {
+        visible: page.run.isTranscribing
+        width: 1
+        height: 12
+    }
 
-        ProgressRow {
-            visible: page.run.isTranscribing
-            width: parent.width
-            run: page.run
-        }
+    ProgressRow {
+        visible: page.run.isTranscribing
+        width: parent.width
+        run: page.run
+    }
 
-        Item {
-            id: transcriptGap
+    Item {
+        id: transcriptGap
 
-            visible: page.run.hasShownText
-            width: 1
-            height: 12
-        }
+        visible: page.run.hasShownText
+        width: 1
+        height: 12
+    }
 
-        TranscriptLines {
-            visible: page.run.hasShownText
-            width: parent.width
-            height: Math.max(160, page.height - 16 - column.y - y)
-            run: page.run
-        }
+    TranscriptLines {
+        visible: page.run.hasShownText
+        width: parent.width
+        height: Math.max(160, page.heightLeft(y))
+        run: page.run
     }
 }

@@ -16,18 +16,6 @@ using testing::ElementsAre;
 const QUrl privacy("https://www.example.invalid/sorvanta-mac-os-app-privacy-policy/");
 const QUrl terms("https://www.example.invalid/sorvanta-mac-os-app-terms-of-service/");
 
-/// The words of everything that a screen reader finds below `object`, in order.
-QStringList spokenWords(QAccessibleInterface *interface)
-{
-    QStringList words;
-    const QString name = interface->text(QAccessible::Name);
-    if (!name.isEmpty())
-        words += name;
-    for (int child = 0; child < interface->childCount(); ++child)
-        words += spokenWords(interface->child(child));
-    return words;
-}
-
 class TermsAcceptancePage : public UiTest {
 protected:
     TermsAcceptancePage()

@@ -34,6 +34,19 @@ void failOnQtWarnings()
     qInstallMessageHandler(failOnWarning);
 }
 
+QStringList spokenWords(QAccessibleInterface *interface)
+{
+    QStringList words;
+    if (interface->state().invisible)
+        return words;
+    const QString name = interface->text(QAccessible::Name);
+    if (!name.isEmpty())
+        words += name;
+    for (int child = 0; child < interface->childCount(); ++child)
+        words += spokenWords(interface->child(child));
+    return words;
+}
+
 UiTest::UiTest()
 {
     engine.addImportPath("qrc:/qt/qml");

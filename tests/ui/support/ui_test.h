@@ -17,6 +17,9 @@ namespace sorvanta {
 /// From here on each warning of Qt or QML fails the test that runs.
 void failOnQtWarnings();
 
+/// The words of everything that a screen reader finds below `interface`, in order.
+QStringList spokenWords(QAccessibleInterface *interface);
+
 /// Shows QML in a window of its own, in the light theme and without motion unless told otherwise.
 class UiTest : public testing::Test {
 protected:

@@ -3,7 +3,7 @@
 
 #include <QAccessible>
 #include <QGuiApplication>
-#include <QStandardPaths>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,9 @@ int main(int argumentCount, char **arguments)
     qputenv("QT_SCALE_FACTOR", "1");
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qputenv("XDG_RUNTIME_DIR", "/nonexistent");
-    QStandardPaths::setTestModeEnabled(true);
+    const QTemporaryDir home;
+    qputenv("XDG_DATA_HOME", home.filePath("data").toLocal8Bit());
+    qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
     QGuiApplication application(argumentCount, arguments);
     QAccessible::setActive(true);
     sorvanta::applyLook();

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/desktop/file_panels.h"
+
+#include <QList>
+
+/// Panels that a test answers.
+class FakeFilePanels : public sorvanta::FilePanels {
+public:
+    void openFile(const OpenRequest &request, OnChosen onChosen) override
+    {
+        requests << request;
+        m_onChosen = std::move(onChosen);
+    }
+
+    /// Does what a user does who chooses `path`, or who declines.
+    void answer(const std::optional<QString> &path) const { m_onChosen(path); }
+
+    QList<OpenRequest> requests;
+
+private:
+    OnChosen m_onChosen;
+};

@@ -1,0 +1,109 @@
+#include "file_page_test.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+
+namespace sorvanta {
+
+namespace {
+
+class FilePageDrop : public FilePageTest {
+protected:
+    FilePageDrop() { showPage(); }
+
+    QPoint middleOfCard() const { return place("dropArea").center().toPoint(); }
+
+    bool enter(const QMimeData &data, const QPoint &point)
+    {
+        QDragEnterEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(window.get(), &event);
+        return event.isAccepted();
+    }
+    /// @return the action that was taken, Qt::IgnoreAction for a drop that was refused
+    Qt::DropAction drop(const QMimeData &data, const QPoint &point)
+    {
+        QDropEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+        event.setDropAction(Qt::MoveAction);
+        event.ignore();
+        QCoreApplication::sendEvent(window.get(), &event);
+        return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
+    }
+    Qt::DropAction enterAndDrop(const QMimeData &data, const QPoint &point)
+    {
+        if (!enter(data, point))
+            return Qt::IgnoreAction;
+        return drop(data, point);
+    }
+    static std::unique_ptr<QMimeData> files(const QStringList &paths)
+    {
+        auto data = std::make_unique<QMimeData>();
+        QList<QUrl> urls;
+        for (const QString &path : paths)
+            urls << QUrl::fromLocalFile(path);
+        data->setUrls(urls);
+        return data;
+    }
+};
+
+TEST_F(FilePageDrop, takesTheFirstAudioOrMovieOfThreeFiles)
+{
+    run().setError("old");
+    const auto data = files({"/d/notes.txt", "/d/talk.mov", "/d/song.mp3"});
+    EXPECT_EQ(enterAndDrop(*data, middleOfCard()), Qt::CopyAction) << "a file is never moved away";
+    EXPECT_EQ(screen.selectedFile(), "/d/talk.mov");
+    EXPECT_EQ(text("fileName"), "talk.mov");
+    EXPECT_FALSE(isShown("errorText"));
+}
+
+TEST_F(FilePageDrop, refusesFilesOfNeitherKind)
+{
+    const auto data = files({"/d/notes.txt", "/d/picture.png"});
+    EXPECT_FALSE(enter(*data, middleOfCard()));
+    EXPECT_EQ(drop(*data, middleOfCard()), Qt::IgnoreAction);
+    EXPECT_FALSE(screen.hasFile());
+}
+
+TEST_F(FilePageDrop, isTheSectionAndNotThePage)
+{
+    const auto data = files({"/d/song.mp3"});
+    EXPECT_FALSE(enter(*data, place("startButton").center().toPoint()));
+    EXPECT_FALSE(enter(*data, QPoint(470, 40)));
+    EXPECT_FALSE(screen.hasFile());
+}
+
+TEST_F(FilePageDrop, showsThatAFileIsOverIt)
+{
+    const QQuickItem *card = item("dropArea");
+    EXPECT_EQ(pixel(card, 300, 70), color("card"));
+    const auto data = files({"/d/song.mp3"});
+    ASSERT_TRUE(enter(*data, middleOfCard()));
+    EXPECT_EQ(pixel(card, 300, 70), color("accentSoft"));
+    QDragLeaveEvent leave;
+    QCoreApplication::sendEvent(window.get(), &leave);
+    EXPECT_EQ(pixel(card, 300, 70), color("card"));
+}
+
+TEST_F(FilePageDrop, putsRawAudioIntoATemporaryFile)
+{
+    QMimeData data;
+    data.setData("text/plain", "a song");
+    data.setData("audio/x-wav", "RIFF raw");
+    EXPECT_EQ(enterAndDrop(data, middleOfCard()), Qt::CopyAction);
+    ASSERT_EQ(bench.temporaryFiles().size(), 1);
+    ASSERT_EQ(screen.selectedFile(), bench.temporaryFolder() + '/' + bench.temporaryFiles().first());
+    QFile file(*screen.selectedFile());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "RIFF raw");
+}
+
+TEST_F(FilePageDrop, refusesRawDataOfAnotherKind)
+{
+    QMimeData data;
+    data.setData("image/png", "picture");
+    EXPECT_FALSE(enter(data, middleOfCard()));
+    EXPECT_EQ(bench.temporaryFiles(), QStringList());
+}
+
+} // namespace
+
+} // namespace sorvanta

@@ -1,0 +1,76 @@
+#include "file_page_test.h"
+
+namespace sorvanta {
+
+namespace {
+
+using testing::ElementsAre;
+
+class FilePageKeyboard : public FilePageTest {
+protected:
+    /// The names of the controls that Tab goes through, once round.
+    QStringList tabStops()
+    {
+        QStringList stops;
+        for (int step = 0; step < 50; ++step) {
+            press(Qt::Key_Tab);
+            const QQuickItem *focused = window->activeFocusItem();
+            if (!focused || (!stops.isEmpty() && focused->objectName() == stops.first()))
+                break;
+            stops << focused->objectName();
+        }
+        return stops;
+    }
+};
+
+TEST_F(FilePageKeyboard, goesThroughAnIdlePageFromTopToBottom)
+{
+    useModel({});
+    choose("/music/a.wav");
+    showPage();
+    EXPECT_THAT(tabStops(), ElementsAre("chooseFileButton", "modelPicker", "languagePicker", "startButton"));
+}
+
+TEST_F(FilePageKeyboard, goesThroughARunningPageFromTopToBottom)
+{
+    showPage();
+    start(at42Percent);
+    waitFor([this] { return run().progress() == 0.42; });
+    run().setError("An error.");
+    EXPECT_THAT(tabStops(), ElementsAre("chooseFileButton", "modelPicker", "languagePicker", "copyErrorButton",
+                                        "stopButton", "transcriptLines"));
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(window->activeFocusItem()->objectName(), "transcriptLines");
+}
+
+TEST_F(FilePageKeyboard, doesAllOfAJob)
+{
+    useModel(at42Percent);
+    showPage();
+    tabTo(item("chooseFileButton"));
+    press(Qt::Key_Space);
+    ASSERT_EQ(bench.panels.requests.size(), 1);
+    bench.panels.answer("/music/a.wav");
+    tabTo(item("startButton"));
+    press(Qt::Key_Return);
+    waitFor([this] { return run().progress() == 0.42; });
+    tabTo(item("stopButton"));
+    press(Qt::Key_Space);
+    waitFor([this] { return run().status() == "Cancelled"; });
+}
+
+TEST_F(FilePageKeyboard, bringsWhatHasTheFocusIntoSight)
+{
+    showPage(460, 300);
+    start(at42Percent);
+    waitFor([this] { return run().progress() == 0.42; });
+    for (const char *control : {"stopButton", "chooseFileButton", "languagePicker", "stopButton", "modelPicker"}) {
+        tabTo(item(control));
+        EXPECT_GE(place(control).top(), 0) << control;
+        EXPECT_LE(place(control).bottom(), 300) << control;
+    }
+}
+
+} // namespace
+
+} // namespace sorvanta
