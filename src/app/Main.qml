@@ -14,7 +14,7 @@ ApplicationWindow {
     height: 700
     minimumWidth: 720
     minimumHeight: 480
-    visible: true
+    visible: ColorScheme.isSettled
 
     Loader {
         anchors.fill: parent
