@@ -20,6 +20,21 @@ class Media:
             self._encode(self._wav(seconds), path, seconds)
         return path
 
+    def repeated(self, name, path, times):
+        """The sound and picture of that file so many times over."""
+        result = self._folder / name
+        if not result.exists():
+            _run("ffmpeg", "-nostdin", "-v", "error", "-stream_loop", times - 1, "-i", path, "-c", "copy", result)
+        return result
+
+    def picture_only(self, name):
+        """A film without sound."""
+        path = self._folder / name
+        if not path.exists():
+            _run("ffmpeg", "-nostdin", "-v", "error", "-f", "lavfi", "-i", "testsrc=size=320x240:rate=5:duration=2",
+                 "-c:v", "mpeg4", path)
+        return path
+
     def _wav(self, seconds):
         spoken = self._folder / ".spoken.wav"
         if not spoken.exists():

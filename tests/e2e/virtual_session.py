@@ -136,7 +136,8 @@ class VirtualSession:
     def _start_bus(self):
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
                          stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        address = bus.stdout.readline().strip()
+        with bus.stdout:
+            address = bus.stdout.readline().strip()
         if not address:
             raise RuntimeError("the session bus (dbus-daemon) did not start")
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = address

@@ -115,4 +115,4 @@ def main():
     with VirtualSession() as session:
         WindowTest.session = session
         WindowTest.media = Media(session.folder / "media")
-        unittest.main(verbosity=2)
+        unittest.main(verbosity=2, warnings="ignore")

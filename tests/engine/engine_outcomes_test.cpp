@@ -27,11 +27,12 @@ protected:
         EXPECT_EQ(events, (QStringList{u"remove"_qs, u"save"_qs}));
     }
 
-    void expectUnreadable(const QString &audio)
+    /// @param words the end of what is left of the engine's log, which the user is shown
+    void expectUnreadable(const QString &audio, const QString &words = u"read_audio_data: failed to ffmpeg decode"_qs)
     {
         transcribe(audio, quickModel());
         expectDoneWithoutTimedLines(u"error: failed to read audio file '"_qs + audio + u'\'');
-        EXPECT_TRUE(run.transcript().contains(u"failed to read audio file"_qs)) << "the user sees why there is no text";
+        EXPECT_TRUE(run.transcript().endsWith(words)) << run.transcript().toStdString();
     }
 };
 
@@ -64,7 +65,7 @@ TEST_F(EngineOutcomesTest, aModelCutInItsTensorsFails)
 TEST_F(EngineOutcomesTest, anEngineThatAbortsOnACutModelFails)
 {
     transcribe(tone(u"tone.wav"_qs, 3), writeFile(u"stub.bin"_qs, bytesOf(quickModel()).left(20)));
-    expectFailure(u"assert"_qs);
+    expectFailure(u"GGML_ASSERT"_qs);
 }
 
 TEST_F(EngineOutcomesTest, missingAudioFails)
@@ -96,7 +97,7 @@ TEST_F(EngineOutcomesTest, aFolderAsAudioGivesTheEnginesWords)
 TEST_F(EngineOutcomesTest, aCutM4aGivesTheEnginesWords)
 {
     const QByteArray whole = bytesOf(tone(u"whole.m4a"_qs, 3));
-    expectUnreadable(writeFile(u"cut.m4a"_qs, whole.left(whole.size() / 2)));
+    expectUnreadable(writeFile(u"cut.m4a"_qs, whole.left(whole.size() / 2)), u"moov atom not found"_qs);
 }
 
 TEST_F(EngineOutcomesTest, aCutWavGivesWhatIsThere)
