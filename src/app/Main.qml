@@ -1,11 +1,9 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import QtQuick.Controls
 import Sorvanta.Style
 import Sorvanta.App
 
-// The window: the agreement, or the sidebar and the screens.
+// The window.
 ApplicationWindow {
     id: window
 
@@ -16,30 +14,10 @@ ApplicationWindow {
     height: 700
     minimumWidth: 720
     minimumHeight: 480
-    visible: true
+    visible: ColorScheme.isSettled
 
-    Loader {
+    WindowContent {
         anchors.fill: parent
-        sourceComponent: window.content.hasAcceptedPolicies ? frame : agreement
-    }
-
-    Component {
-        id: agreement
-
-        TermsAcceptancePage {
-            privacyUrl: window.content.privacyURL
-            termsUrl: window.content.termsURL
-            onAccepted: window.content.acceptPolicies()
-            onQuitRequested: window.content.quit()
-            onLinkOpened: address => window.content.open(address)
-        }
-    }
-
-    Component {
-        id: frame
-
-        SplitFrame {
-            content: window.content
-        }
+        content: window.content
     }
 }

@@ -8,6 +8,7 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+TEXT = (Atspi.Role.LABEL, Atspi.Role.STATIC, Atspi.Role.TEXT, Atspi.Role.HEADING, Atspi.Role.ALERT)
 BUTTON = (Atspi.Role.PUSH_BUTTON, Atspi.Role.BUTTON_MENU) if hasattr(Atspi.Role, "BUTTON_MENU") else (
     Atspi.Role.PUSH_BUTTON,)
 
@@ -80,18 +81,34 @@ class AccessibleWindow:
         self.act(node, "Press")
         return node
 
+    def press_row(self, name):
+        """Presses a row of a list."""
+        self.press(name, [Atspi.Role.LIST_ITEM])
+
     def act(self, node, action):
-        for i in range(node.get_n_actions()):
-            if node.get_action_name(i) == action:
-                node.do_action(i)
-                return
-        names = [node.get_action_name(i) for i in range(node.get_n_actions())]
-        raise NotFound(f"“{node.get_name()}” offers {names}, not {action}")
+        names = self.actions(node)
+        if action not in names:
+            raise NotFound(f"“{node.get_name()}” offers {names}, not {action}")
+        node.do_action(names.index(action))
+
+    @staticmethod
+    def actions(node):
+        return [node.get_action_name(i) for i in range(node.get_n_actions())]
 
     def choose(self, picker, item):
         """Picks a row of a picker."""
         self.act(self.expect(picker, [Atspi.Role.COMBO_BOX]), "Press")
         self.press(item, roles=[Atspi.Role.LIST_ITEM, Atspi.Role.MENU_ITEM])
+
+    def picker_items(self, picker):
+        """What a picker offers."""
+        node = self.expect(picker, [Atspi.Role.COMBO_BOX])
+        others = len(self.names([Atspi.Role.LIST_ITEM]))
+        self.act(node, "Press")
+        items = self.wait(lambda: self.names([Atspi.Role.LIST_ITEM])[others:], f"the choices of “{picker}”")
+        self.act(node, "Press")
+        self.wait(lambda: len(self.names([Atspi.Role.LIST_ITEM])) == others, f"the end of “{picker}”")
+        return items
 
     def choose_file(self, path):
         """Answers the open panel."""
@@ -110,16 +127,41 @@ class AccessibleWindow:
 
     def texts(self, prefix=""):
         """The names of all showing texts that begin so."""
+        return [name for name in self.names(TEXT) if name.startswith(prefix)]
+
+    def focused(self):
+        """The name of the part that has the keyboard, or None."""
+        for node in self.nodes():
+            try:
+                if self.has_state(node, Atspi.StateType.FOCUSED) and self.is_showing(node) and node.get_name():
+                    return node.get_name()
+            except GLib.Error:
+                continue
+        return None
+
+    def place(self, name):
+        """Where a part stands, as (x, y, width, height)."""
+        area = self.expect(name).get_extents(Atspi.CoordType.SCREEN)
+        return area.x, area.y, area.width, area.height
+
+    def shown_choice(self, picker):
+        """What a picker tells as its choice."""
+        return self.expect(picker, [Atspi.Role.COMBO_BOX]).get_description()
+
+    def showing(self, roles):
+        """All showing parts with one of these roles."""
         found = []
         for node in self.nodes():
             try:
-                name = node.get_name()
-                if name.startswith(prefix) and node.get_role() in (Atspi.Role.LABEL, Atspi.Role.STATIC,
-                                                                   Atspi.Role.TEXT) and self.is_showing(node):
-                    found.append(name)
+                if node.get_role() in roles and self.is_showing(node):
+                    found.append(node)
             except GLib.Error:
                 continue
         return found
+
+    def names(self, roles):
+        """The names of all showing parts with one of these roles."""
+        return [node.get_name() for node in self.showing(roles)]
 
     def transcript(self):
         """The rows of the transcript that are in sight."""
@@ -131,7 +173,7 @@ class AccessibleWindow:
         while pending:
             node = pending.pop(0)
             pending = [node.get_child_at_index(i) for i in range(node.get_child_count())] + pending
-            if node.get_role() in (Atspi.Role.LABEL, Atspi.Role.STATIC, Atspi.Role.TEXT):
+            if node.get_role() in TEXT:
                 found.append(node.get_name())
         return found
 

@@ -32,6 +32,7 @@ T.ComboBox {
     font.pixelSize: 13
 
     Accessible.role: Accessible.ComboBox
+    Accessible.description: displayText
     Accessible.onPressAction: if (enabled) popup.visible ? popup.close() : popup.open()
     // The template itself chooses and closes with Return, on its release.
     Keys.onReleased: event => {
@@ -82,6 +83,7 @@ T.ComboBox {
         height: Math.min(contentItem.implicitHeight + 12, 360)
         padding: 6
         margins: 8
+        onAboutToShow: contentItem.parent.Accessible.name = control.Accessible.name
 
         contentItem: ListView {
             implicitHeight: contentHeight

@@ -21,6 +21,8 @@ T.ItemDelegate {
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: chosen
+    Accessible.focusable: true
+    Accessible.focused: highlighted
 
     contentItem: Text {
         text: control.text

@@ -10,8 +10,11 @@
 #include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QTimer>
 #include <QUuid>
 #include <QtConcurrent>
+
+#include <chrono>
 
 namespace sorvanta {
 
@@ -22,6 +25,9 @@ const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
+
+/// A window that waits for a slow portal still comes soon.
+constexpr std::chrono::milliseconds longestWait(250);
 
 /// Empty where nothing says that a bus runs: asking for one all the same would start one, and wait for it.
 QString sessionBusAddress()
@@ -55,8 +61,11 @@ ColorScheme::ColorScheme(const QString &busAddress, QObject *parent)
     m_isDark.setBinding([this] { return m_wishedDark.value().value_or(m_isPaletteDark.value()); });
     m_hasReducedMotion.setBinding([this] { return m_reducesMotion || !m_hasAnimations; });
     qApp->installEventFilter(this);
-    if (busAddress.isEmpty())
+    if (busAddress.isEmpty()) {
+        m_isSettled = true;
         return;
+    }
+    QTimer::singleShot(longestWait, this, [this] { m_isSettled = true; });
 
     auto *watcher = new QFutureWatcher<QDBusConnection>(this);
     connect(watcher, &QFutureWatcher<QDBusConnection>::finished, this, [this, watcher] {
@@ -81,12 +90,16 @@ bool ColorScheme::eventFilter(QObject *watched, QEvent *event)
 
 void ColorScheme::listen(const QDBusConnection &bus)
 {
-    if (!bus.isConnected())
+    if (!bus.isConnected()) {
+        m_isSettled = true;
         return;
+    }
+    // The slot is refused, without a word, as long as its argument's type is not known by name.
+    qRegisterMetaType<QDBusVariant>();
+    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusConnection(bus).connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                                  SLOT(settingChanged(QString, QString, QDBusVariant)));
 
-    qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
     QDBusMessage question =
         QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, QStringLiteral("ReadAll"));
     question << QStringList({appearanceGroup, gnomeGroup});
@@ -94,13 +107,12 @@ void ColorScheme::listen(const QDBusConnection &bus)
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         const QDBusPendingReply<QMap<QString, QVariantMap>> reply = *answer;
         answer->deleteLater();
-        if (reply.isError())
-            return;
-        const QMap<QString, QVariantMap> groups = reply.value();
+        const QMap<QString, QVariantMap> groups = reply.isError() ? QMap<QString, QVariantMap>() : reply.value();
         for (auto group = groups.begin(); group != groups.end(); ++group) {
             for (auto setting = group->begin(); setting != group->end(); ++setting)
                 take(group.key(), setting.key(), setting.value());
         }
+        m_isSettled = true;
     });
 }
 

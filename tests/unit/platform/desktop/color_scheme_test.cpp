@@ -147,6 +147,21 @@ TEST_F(ColorSchemeTest, leavesItToThePaletteWithoutAPortal)
     EXPECT_FALSE(scheme.hasReducedMotion());
 }
 
+TEST_F(ColorSchemeTest, isSettledOnceThePortalHasAnswered)
+{
+    portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
+    openPortal();
+    ColorScheme scheme(address);
+    EXPECT_FALSE(scheme.isSettled());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }, 200));
+    EXPECT_TRUE(scheme.isDark());
+}
+
+TEST_F(ColorSchemeTest, isSettledAtOnceWithoutABus)
+{
+    EXPECT_TRUE(ColorScheme(QString()).isSettled());
+}
+
 TEST_F(ColorSchemeTest, doesNotWaitForAPortalThatIsSilent)
 {
     portal.answers = false;
@@ -156,7 +171,9 @@ TEST_F(ColorSchemeTest, doesNotWaitForAPortalThatIsSilent)
     {
         ColorScheme scheme(address);
         EXPECT_LT(timer.elapsed(), 100);
-        QTest::qWait(200);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }, 1000));
+        EXPECT_GE(timer.elapsed(), 200) << "it is waited for, but not for long";
+        EXPECT_LT(timer.elapsed(), 500);
         EXPECT_FALSE(scheme.isDark());
         timer.restart();
     }

@@ -1,0 +1,111 @@
+#!/usr/bin/python3
+"""What the window tells assistive technology: each control has a role, a name and, where it acts, an action."""
+
+from accessible_window import Atspi
+from window_test import WindowTest, main
+
+Role = Atspi.Role
+ACTING = (Role.PUSH_BUTTON, Role.LINK, Role.COMBO_BOX, Role.LIST_ITEM, Role.CHECK_BOX, Role.MENU_ITEM)
+NAMELESS = (Role.FILLER, Role.PANEL)
+SECTIONS = [(Role.LIST, "Sections")] + [(Role.LIST_ITEM, name) for name in (
+    "Transcript Audio From File", "Record Audio to Transcript", "Record Meeting (System Audio)", "Batch Processing",
+    "History", "Models Settings", "Help")]
+FORM = [(Role.PUSH_BUTTON, "Choose File…"), (Role.COMBO_BOX, "Model"), (Role.COMBO_BOX, "Language")]
+TRANSCRIBE = [(Role.PUSH_BUTTON, "Transcribe")]
+
+
+class AccessibilityTest(WindowTest):
+    def offenders(self, window):
+        """The parts in sight that somebody who does not see them could not use."""
+        found = []
+        for node in window.nodes():
+            role, name = node.get_role(), node.get_name()
+            if not window.is_showing(node) or role in (Role.APPLICATION, *NAMELESS):
+                continue
+            if role in (Role.UNKNOWN, Role.INVALID):
+                found.append(f"“{name}” has no role")
+            if not name:
+                found.append(f"a {node.get_role_name()} has no name")
+            if role in ACTING and "Press" not in window.actions(node):
+                found.append(f"the {node.get_role_name()} “{name}” cannot be pressed")
+            if role in ACTING and not window.has_state(node, Atspi.StateType.FOCUSABLE):
+                found.append(f"the {node.get_role_name()} “{name}” cannot get the focus")
+        return found
+
+    def check(self, window, controls):
+        """No offenders, and exactly these controls, in this order."""
+        self.assertEqual(self.offenders(window), [])
+        roles = (*ACTING, Role.LIST, Role.PROGRESS_BAR)
+        self.assertEqual([(node.get_role(), node.get_name()) for node in window.showing(roles)], controls)
+
+    def test_the_agreement(self):
+        window = self.start()
+        window.expect("Quit")
+        self.check(window, [(Role.LINK, "Read the Privacy Policy"), (Role.LINK, "Read the Terms of Service"),
+                            (Role.PUSH_BUTTON, "Quit"), (Role.PUSH_BUTTON, "I Agree and Continue")])
+
+    def test_the_file_screen_before_a_run(self):
+        window = self.start_on_file_screen()
+        self.check(window, SECTIONS + FORM + TRANSCRIBE)
+        self.assertEqual(window.shown_choice("Model"), "Tiny")
+        self.assertEqual(window.shown_choice("Language"), "Auto-detect (auto)")
+        self.assertEqual(window.names([Role.HEADING])[1:], ["Transcript Audio From File", "Audio File"])
+
+    def test_the_file_screen_without_a_model(self):
+        self.accept_policies()
+        window = self.start()
+        window.expect("Choose File…")
+        self.check(window, SECTIONS + [FORM[0], FORM[2]] + TRANSCRIBE)
+
+    def test_the_file_screen_during_and_after_a_run(self):
+        window = self.start_on_file_screen(32)
+        self.transcribe(window, self.media.speech("talk.wav", 100))
+        window.wait(window.transcript, "the first lines")
+        self.check(window, SECTIONS + FORM + [
+            (Role.PUSH_BUTTON, "Transcribing…"), (Role.PROGRESS_BAR, "Progress"), (Role.PUSH_BUTTON, "Stop"),
+            (Role.LIST, "Transcript")])
+        window.expect("Done", patience=60)
+        self.check(window, SECTIONS + FORM + TRANSCRIBE + [(Role.LIST, "Transcript")])
+
+    def test_the_file_screen_with_an_error(self):
+        self.accept_policies()
+        self.models_folder().mkdir(parents=True)
+        (self.models_folder() / "ggml-tiny.bin").write_text("This is no model.\n")
+        window = self.start()
+        self.transcribe(window, self.media.speech("talk.wav", 100))
+        window.expect("Copy Error")
+        self.check(window, SECTIONS + FORM + TRANSCRIBE + [(Role.PUSH_BUTTON, "Copy Error")])
+        self.assertEqual(len(window.names([Role.ALERT])), 1, "the error is an alert")
+
+    def test_the_choices_of_a_picker(self):
+        window = self.start_on_file_screen()
+        window.act(window.expect("Language", [Role.COMBO_BOX]), "Press")
+        window.expect("Afrikaans (af)")
+        self.assertEqual(self.offenders(window), [])
+
+    def test_the_help_section_with_its_text_and_its_links(self):
+        window = self.start_on_file_screen()
+        window.press_row("Help")
+        window.expect("Key links")
+        links = ["Terms of Service", "Privacy Policy"]
+        self.check(window, SECTIONS + [(Role.LINK, name) for name in links])
+        self.assertEqual(window.texts()[-4:], [
+            "Help",
+            "If you run into any issues, please email me at support@sorvanta.invalid and include as many details as you "
+            "can (what you did, what happened, screenshots if possible). That helps me fix the problem faster and "
+            "support you better.",
+            "For model issues, include which model and language you used.",
+            "Key links",
+        ])
+        before = len(self.session.opened_addresses())
+        for count, link in enumerate(links, before + 1):
+            window.press(link, [Role.LINK])
+            self.eventually(lambda: len(self.session.opened_addresses()) == count, f"the address of “{link}”")
+        self.assertEqual(self.session.opened_addresses()[before:], [
+            "https://www.sorvanta.invalid/sorvanta-mac-os-app-terms-of-service/",
+            "https://www.sorvanta.invalid/sorvanta-mac-os-app-privacy-policy/",
+        ])
+
+
+if __name__ == "__main__":
+    main()

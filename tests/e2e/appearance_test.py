@@ -1,0 +1,113 @@
+#!/usr/bin/python3
+"""Light and dark as the desktop wishes, wide and small."""
+
+import pathlib
+import subprocess
+import sys
+import time
+
+from window_test import WINDOW, WindowTest, main
+
+NOTHING = (0, 0, 0)  # the display without a window
+LIGHT = (0xF5, 0xF7, 0xF8)
+DARK = (0x15, 0x19, 0x1B)
+CORNER = (-5, 5)  # nothing but the window's own colour stands there
+LONG_NAME = "A very long name of a recording that no window can show in one line, made on a rainy day in November.wav"
+SMALL = (720, 480)
+
+
+class AppearanceTest(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.portal = None
+
+    def tearDown(self):
+        if self.portal:
+            self.portal.stdin.close()
+            self.portal.wait(timeout=10)
+            self.portal.stdout.close()
+        super().tearDown()
+
+    def wish(self, scheme):
+        """Tells the desktop's wish: 0 none, 1 dark, 2 light."""
+        if not self.portal:
+            script = pathlib.Path(__file__).with_name("settings_portal.py")
+            self.portal = self.session.start([sys.executable, script, scheme], stdin=subprocess.PIPE,
+                                             stdout=subprocess.PIPE, text=True)
+            self.assertEqual(self.portal.stdout.readline(), "ready\n")
+            return
+        self.portal.stdin.write(f"{scheme}\n")
+        self.portal.stdin.flush()
+
+    def color(self, width=None):
+        x, y = CORNER
+        return self.session.pixel((width or self.session.size[0]) + x, y)
+
+    def expect_color(self, color, width=None):
+        self.eventually(lambda: self.color(width) == color, f"the colour {color}, not {self.color(width)}")
+
+    def picture(self, name):
+        time.sleep(0.3)  # the fade of a colour
+        self.session.screenshot(self.build / "tests/e2e" / f"{name}.png")
+
+    def colors_of_start(self):
+        """The colours in sight from the start on, for two seconds."""
+        seen = []
+        self.program = self.session.start([self.build / "bin/sorvanta"], stdout=subprocess.DEVNULL)
+        end = time.monotonic() + 2
+        while time.monotonic() < end:
+            color = self.color()
+            if color not in seen:
+                seen.append(color)
+        return seen
+
+    def test_a_dark_desktop_has_a_dark_window_from_its_first_frame(self):
+        self.accept_policies()
+        self.wish(1)
+        self.assertEqual([color for color in self.colors_of_start() if color != NOTHING], [DARK])
+
+    def test_a_light_desktop_has_a_light_window_from_its_first_frame(self):
+        self.accept_policies()
+        self.wish(2)
+        self.assertEqual([color for color in self.colors_of_start() if color != NOTHING], [LIGHT])
+
+    def test_a_desktop_without_a_wish_has_a_light_window(self):
+        self.accept_policies()
+        self.assertEqual([color for color in self.colors_of_start() if color != NOTHING], [LIGHT])
+
+    def test_the_window_follows_the_desktop_live(self):
+        self.wish(1)
+        self.start_on_file_screen()
+        self.expect_color(DARK)
+        for scheme, color in ((2, LIGHT), (1, DARK), (0, LIGHT)):
+            self.wish(scheme)
+            self.expect_color(color)
+
+    def test_pictures_of_a_run_light_and_dark_wide_and_small_with_a_long_name(self):
+        self.wish(2)
+        window = self.start_on_file_screen(32)
+        speech = self.media.speech("talk.wav", 100)
+        path = self.session.folder / LONG_NAME
+        path.hardlink_to(speech)
+        self.transcribe(window, path)
+        window.wait(window.transcript, "the first lines")
+        self.picture("running-light-wide")
+        self.wish(1)
+        self.expect_color(DARK)
+        self.picture("running-dark-wide")
+        window.expect("Done", patience=60)
+        self.session.resize(WINDOW, *SMALL)
+        self.eventually(lambda: self.color() == NOTHING, "the small window")
+        self.expect_color(DARK, SMALL[0])
+        self.picture("done-dark-small")
+        self.wish(2)
+        self.expect_color(LIGHT, SMALL[0])
+        self.picture("done-light-small")
+        for name in (LONG_NAME, "Choose File…", "Transcribe", "Model", "Language"):
+            x, _, width, _ = window.place(name)
+            self.assertGreaterEqual(x, 260, f"“{name}” stands beside the sidebar")
+            self.assertLessEqual(x + width, SMALL[0], f"“{name}” stands within the small window")
+
+
+if __name__ == "__main__":
+    main()
