@@ -1,5 +1,3 @@
-pragma ComponentBehavior: Bound
-
 import QtQuick
 import Sorvanta.App
 
@@ -9,25 +7,16 @@ Loader {
 
     required property ContentView content
 
-    sourceComponent: content.hasAcceptedPolicies ? frame : agreement
-
-    Component {
-        id: agreement
-
-        TermsAcceptancePage {
-            privacyUrl: loader.content.privacyURL
-            termsUrl: loader.content.termsURL
-            onAccepted: loader.content.acceptPolicies()
-            onQuitRequested: loader.content.quit()
-            onLinkOpened: address => loader.content.open(address)
-        }
+    function show() {
+        setSource(content.hasAcceptedPolicies ? "SplitFrame.qml" : "AgreementFrame.qml", { content: content });
     }
 
-    Component {
-        id: frame
+    Component.onCompleted: show()
 
-        SplitFrame {
-            content: loader.content
+    Connections {
+        target: loader.content
+        function onHasAcceptedPoliciesChanged() {
+            loader.show();
         }
     }
 }
