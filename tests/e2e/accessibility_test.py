@@ -2,7 +2,7 @@
 """What the window tells assistive technology: each control has a role, a name and, where it acts, an action."""
 
 from accessible_window import Atspi
-from window_test import WindowTest, main
+from window_test import FIRST_LINES, WindowTest, main
 
 Role = Atspi.Role
 ACTING = (Role.PUSH_BUTTON, Role.LINK, Role.COMBO_BOX, Role.LIST_ITEM, Role.CHECK_BOX, Role.MENU_ITEM)
@@ -60,7 +60,7 @@ class AccessibilityTest(WindowTest):
     def test_the_file_screen_during_and_after_a_run(self):
         window = self.start_on_file_screen(32)
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.wait(window.transcript, "the first lines")
+        window.expect(FIRST_LINES[0])
         self.check(window, SECTIONS + FORM + [
             (Role.PUSH_BUTTON, "Transcribing…"), (Role.PROGRESS_BAR, "Progress"), (Role.PUSH_BUTTON, "Stop"),
             (Role.LIST, "Transcript")])

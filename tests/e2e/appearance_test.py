@@ -6,12 +6,13 @@ import subprocess
 import sys
 import time
 
-from window_test import WINDOW, WindowTest, main
+from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
 NOTHING = (0, 0, 0)  # the display without a window
 LIGHT = (0xF5, 0xF7, 0xF8)
 DARK = (0x15, 0x19, 0x1B)
-CORNER = (-5, 5)  # nothing but the window's own colour stands there
+PLAIN = (270, 5)  # nothing but the window's own colour stands there, right of the sidebar
+OUTSIDE_OF_SMALL = (1000, 5)
 LONG_NAME = "A very long name of a recording that no window can show in one line, made on a rainy day in November.wav"
 SMALL = (720, 480)
 
@@ -39,12 +40,11 @@ class AppearanceTest(WindowTest):
         self.portal.stdin.write(f"{scheme}\n")
         self.portal.stdin.flush()
 
-    def color(self, width=None):
-        x, y = CORNER
-        return self.session.pixel((width or self.session.size[0]) + x, y)
+    def color(self):
+        return self.session.pixel(*PLAIN)
 
-    def expect_color(self, color, width=None):
-        self.eventually(lambda: self.color(width) == color, f"the colour {color}, not {self.color(width)}")
+    def expect_color(self, color):
+        self.eventually(lambda: self.color() == color, f"the colour {color}, not {self.color()}")
 
     def picture(self, name):
         time.sleep(0.3)  # the fade of a colour
@@ -90,20 +90,20 @@ class AppearanceTest(WindowTest):
         path = self.session.folder / LONG_NAME
         path.hardlink_to(speech)
         self.transcribe(window, path)
-        window.wait(window.transcript, "the first lines")
+        window.expect(FIRST_LINES[0])
         self.picture("running-light-wide")
         self.wish(1)
         self.expect_color(DARK)
         self.picture("running-dark-wide")
         window.expect("Done", patience=60)
         self.session.resize(WINDOW, *SMALL)
-        self.eventually(lambda: self.color() == NOTHING, "the small window")
-        self.expect_color(DARK, SMALL[0])
+        self.eventually(lambda: self.session.pixel(*OUTSIDE_OF_SMALL) == NOTHING, "the small window")
+        self.expect_color(DARK)
         self.picture("done-dark-small")
         self.wish(2)
-        self.expect_color(LIGHT, SMALL[0])
+        self.expect_color(LIGHT)
         self.picture("done-light-small")
-        for name in (LONG_NAME, "Choose File…", "Transcribe", "Model", "Language"):
+        for name in (LONG_NAME, "Choose File…", "Model", "Language"):
             x, _, width, _ = window.place(name)
             self.assertGreaterEqual(x, 260, f"“{name}” stands beside the sidebar")
             self.assertLessEqual(x + width, SMALL[0], f"“{name}” stands within the small window")
