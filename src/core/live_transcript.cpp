@@ -98,6 +98,11 @@ void LiveTranscript::scan(LineScan &line, qsizetype end) const
         const qsizetype bracket = text.indexOf(u']', from);
         line.closingBracket = bracket < 0 ? -1 : line.start + bracket;
     }
+    if (line.closingBracket >= 0 && line.inkBehindBracket < 0 && line.lastInk > line.closingBracket) {
+        line.inkBehindBracket = std::max(line.start + from, line.closingBracket + 1);
+        while (isWhitespace(m_rawOutput[line.inkBehindBracket].unicode()))
+            ++line.inkBehindBracket;
+    }
     line.isEngineTiming = line.isEngineTiming || containsFrom(text, from, engineTimingWord);
     line.isLog = line.isLog || std::any_of(logWords.begin(), logWords.end(), [text, from](QStringView word) {
                      return containsFrom(text, from, word);
@@ -118,11 +123,8 @@ LiveTranscript::Reading LiveTranscript::read(const LineScan &line) const
             reading.block = Block::open;
             if (line.closingBracket < 0) {
                 reading.timed = Span{line.start, line.end - line.start};
-            } else if (line.lastInk > line.closingBracket) {
-                qsizetype start = line.closingBracket + 1;
-                while (isWhitespace(m_rawOutput[start].unicode()))
-                    ++start;
-                reading.timed = Span{start, line.lastInk + 1 - start};
+            } else if (line.inkBehindBracket >= 0) {
+                reading.timed = Span{line.inkBehindBracket, line.lastInk + 1 - line.inkBehindBracket};
             }
         } else if (m_block == Block::open) {
             reading.block = Block::ended;

@@ -12,7 +12,8 @@ namespace sorvanta {
 ///
 /// After each append() the lines are those of cleanWhisperOutput() over the whole output so far, but the work done is
 /// that of the piece, whatever came before: finished lines are not looked at again, and the last, unfinished one is
-/// read on from where it stood. Lines are views into the output, so a long transcript is held in memory once.
+/// read on from where it stood. Lines are views into the output, so a long transcript is held in memory once. (Where
+/// plain lines give way to the first timed text, or come back when that turns out to be none, all lines change.)
 class LiveTranscript {
 public:
     /// Which lines an append() changed: `removed` lines from `first` on gave place to `added` ones.
@@ -57,6 +58,7 @@ private:
         qsizetype firstInk = -1; ///< first and last character that is no white space, -1 for none
         qsizetype lastInk = -1;
         qsizetype closingBracket = -1; ///< the first one
+        qsizetype inkBehindBracket = -1; ///< first character behind it that is no white space
         bool isEngineTiming = false; ///< has the word of a timing
         bool isLog = false; ///< has a word of the log
     };

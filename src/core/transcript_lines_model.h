@@ -26,7 +26,7 @@ public:
     /// Announces what the last append() to the transcript changed.
     void apply(const LiveTranscript::Change &change);
 
-    /// Announces that all is different: the transcript was cleared or taken out of sight.
+    /// Announces that all is different: the transcript was cleared.
     void reset();
 
     bool stripDashes() const { return m_stripDashes; }

@@ -178,7 +178,10 @@ QString formatClock(double seconds)
 
 bool beginsLikeLog(QStringView trimmed)
 {
-    constexpr qsizetype longestPrefix = 12;
+    constexpr qsizetype longestPrefix =
+        std::max_element(ignoredPrefixes.begin(), ignoredPrefixes.end(), [](QStringView left, QStringView right) {
+            return left.size() < right.size();
+        })->size();
     const QString beginning = trimmed.left(longestPrefix).toString().toLower();
     return beginning.startsWith(u'[')
            || std::any_of(ignoredPrefixes.begin(), ignoredPrefixes.end(),

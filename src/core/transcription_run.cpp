@@ -2,6 +2,7 @@
 
 #include "core/languages.h"
 #include "core/transcript_text.h"
+#include "platform/console.h"
 #include "platform/error.h"
 #include "platform/main_queue.h"
 #include "platform/worker.h"
@@ -28,26 +29,28 @@ TranscriptionRun::~TranscriptionRun()
 {
     using namespace std::chrono_literals;
     constexpr auto patience = 2s;
-    if (!m_worker.valid())
-        return;
-    *m_stopFlag = true;
-    if (m_activeProcess)
-        m_activeProcess->terminate();
-    if (m_worker.wait_for(patience) == std::future_status::ready)
-        return;
-    if (m_activeProcess)
-        m_activeProcess->kill();
-    m_worker.wait_for(patience);
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    for (const Attempt &attempt : m_attempts)
+        attempt.process->terminate();
+    for (const Attempt &attempt : m_attempts) {
+        if (attempt.ended.wait_until(deadline) != std::future_status::ready)
+            attempt.process->kill();
+    }
+    for (const Attempt &attempt : m_attempts)
+        attempt.ended.wait_for(patience);
 }
 
 void TranscriptionRun::start(const QString &audioPath, const QString &modelPath, const QString &language)
 {
-    if (m_activeProcess)
-        m_activeProcess->terminate();
+    forgetEndedAttempts();
+    for (const Attempt &attempt : m_attempts)
+        attempt.process->terminate();
     beginRun();
     m_runLanguage = effectiveLanguage(language);
-    m_worker = runOnWorker([this, isCurrent = currencyTest(), runner = WhisperRunner(m_settings, workerHooks()),
-                            audioPath, modelPath, code = m_runLanguage]() mutable {
+    m_process = std::make_shared<ChildProcess>();
+    const auto isCurrent = currencyTest();
+    WhisperRunner runner(m_settings, workerHooks(), m_process);
+    auto work = [this, isCurrent, runner = std::move(runner), audioPath, modelPath, code = m_runLanguage]() mutable {
         try {
             const Utf8Stream output = runner.run(audioPath, modelPath, code);
             postToMain([this, isCurrent, output] {
@@ -60,6 +63,14 @@ void TranscriptionRun::start(const QString &audioPath, const QString &modelPath,
                     failRun(failure);
             });
         }
+    };
+    m_attempts.push_back({m_process, runOnWorker(std::move(work))});
+}
+
+void TranscriptionRun::forgetEndedAttempts()
+{
+    std::erase_if(m_attempts, [](const Attempt &attempt) {
+        return attempt.ended.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
     });
 }
 
@@ -77,7 +88,7 @@ void TranscriptionRun::beginRun()
     m_isStopping = false;
     m_activeProcess = nullptr;
     announceProgress();
-    updateHasShownText();
+    m_hasShownText = m_lines.count() > 0;
     emit transcriptChanged();
 }
 
@@ -108,7 +119,7 @@ QString TranscriptionRun::transcript() const
 
 void TranscriptionRun::clearTranscript()
 {
-    if (transcript().isEmpty())
+    if (m_isTranscriptCleared || m_output.lineCount() == 0)
         return;
     m_isTranscriptCleared = true;
     emit transcriptChanged();
@@ -116,7 +127,8 @@ void TranscriptionRun::clearTranscript()
 
 QString TranscriptionRun::displayedTranscript() const
 {
-    return sorvanta::displayedTranscript(rawOutput(), transcript(), stripDashes());
+    const QString text = rawOutput().isEmpty() ? transcript() : m_output.transcript();
+    return sorvanta::displayedTranscript({}, text, stripDashes());
 }
 
 void TranscriptionRun::setStripDashes(bool stripDashes)
@@ -124,7 +136,6 @@ void TranscriptionRun::setStripDashes(bool stripDashes)
     if (stripDashes == m_lines.stripDashes())
         return;
     m_lines.setStripDashes(stripDashes);
-    updateHasShownText();
     emit stripDashesChanged();
 }
 
@@ -136,7 +147,7 @@ void TranscriptionRun::takeOutput(const QString &piece)
     m_lines.apply(m_output.append(piece));
     m_progress.update(m_scanner.scan(rawOutput(), from, lineStart), TranscriptionProgress::Clock::now());
     announceProgress();
-    updateHasShownText();
+    m_hasShownText = m_lines.count() > 0;
     emit transcriptChanged();
 }
 
@@ -151,8 +162,7 @@ void TranscriptionRun::finishRun(const Utf8Stream &output)
     m_status = QStringLiteral("Done");
     m_progress.finish();
     announceProgress();
-    endRun();
-    m_hooks.saveToHistory();
+    endRun(m_hooks.saveToHistory);
 }
 
 void TranscriptionRun::failRun(const std::exception_ptr &failure)
@@ -173,15 +183,17 @@ void TranscriptionRun::failRun(const std::exception_ptr &failure)
         m_error = description;
         m_status = QString();
     }
-    endRun();
+    endRun([] {});
 }
 
-void TranscriptionRun::endRun()
+/// Tells that the run is over last of all: whoever hears it may start the next one at once.
+void TranscriptionRun::endRun(const std::function<void()> &lastStep)
 {
-    m_isTranscribing = false;
     setStopping(false);
     m_activeProcess = nullptr;
     m_hooks.removeTemporaries();
+    lastStep();
+    m_isTranscribing = false;
 }
 
 void TranscriptionRun::setStopping(bool isStopping)
@@ -197,30 +209,20 @@ void TranscriptionRun::announceProgress()
     emit etaTextChanged();
 }
 
-void TranscriptionRun::updateHasShownText()
-{
-    // Stripping may leave nothing of a single line; more lines leave their breaks.
-    const int count = m_lines.count();
-    m_hasShownText =
-        count > 1 || (count == 1 && !m_lines.index(0).data(TranscriptLinesModel::TextRole).toString().isEmpty());
-}
-
 std::function<bool()> TranscriptionRun::currencyTest()
 {
-    return [self = QPointer(this), stopFlag = m_stopFlag] { return self && self->m_stopFlag == stopFlag; };
+    return [self = QPointer(this), process = m_process] { return self && self->m_process == process; };
 }
 
 WhisperRunner::Hooks TranscriptionRun::workerHooks()
 {
     const auto isCurrent = currencyTest();
     return {
-        .taskCreated =
-            [this, isCurrent](std::shared_ptr<EngineTask> task) {
-                postToMain([this, isCurrent, task = std::move(task)] {
+        .processCreated =
+            [this, isCurrent](const std::shared_ptr<ChildProcess> &process) {
+                postToMain([this, isCurrent, process] {
                     if (isCurrent())
-                        m_activeProcess = task;
-                    else
-                        task->terminate();
+                        m_activeProcess = process;
                 });
             },
         .onOutput =
@@ -231,7 +233,7 @@ WhisperRunner::Hooks TranscriptionRun::workerHooks()
                 });
             },
         .isStopping = [stopFlag = m_stopFlag] { return stopFlag->load(); },
-        .print = WhisperRunner::printOnStandardOutput,
+        .print = printOnConsole,
     };
 }
 

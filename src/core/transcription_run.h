@@ -14,6 +14,7 @@
 #include <future>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace sorvanta {
 
@@ -38,8 +39,8 @@ class TranscriptionRun : public QObject {
 public:
     /// What the screen does at the end of a run.
     struct Hooks {
-        std::function<void()> removeTemporaries; ///< after every run, however it ended
-        std::function<void()> saveToHistory; ///< after a run that went well, at the very end of it
+        std::function<void()> removeTemporaries; ///< at the end of a run, however it ended
+        std::function<void()> saveToHistory; ///< behind that, of a run that went well
     };
 
     /// @param settings where the engine lies and whether its command line is printed
@@ -124,10 +125,10 @@ private:
     void takeOutput(const QString &piece);
     void finishRun(const Utf8Stream &output);
     void failRun(const std::exception_ptr &failure);
-    void endRun();
+    void endRun(const std::function<void()> &lastStep);
     void setStopping(bool isStopping);
     void announceProgress();
-    void updateHasShownText();
+    void forgetEndedAttempts();
     WhisperRunner::Hooks workerHooks();
     /// A test, for the main thread, whether the run that begins now is still this object's.
     std::function<bool()> currencyTest();
@@ -140,10 +141,17 @@ private:
     TranscriptLinesModel m_lines{m_output};
     bool m_isTranscriptCleared = false;
     QString m_runLanguage;
-    std::shared_ptr<EngineTask> m_activeProcess;
-    /// What the worker reads of `isStopping`. Each run has its own, which tells it from the ones before.
+    std::shared_ptr<ChildProcess> m_activeProcess;
+    std::shared_ptr<ChildProcess> m_process; // of the run that began last, also before it is the active one
+    /// What the worker reads of `isStopping`; each run has its own.
     std::shared_ptr<std::atomic<bool>> m_stopFlag = std::make_shared<std::atomic<bool>>(false);
-    std::future<void> m_worker;
+
+    /// A run's child and the end of its worker.
+    struct Attempt {
+        std::shared_ptr<ChildProcess> process;
+        std::future<void> ended;
+    };
+    std::vector<Attempt> m_attempts; // as a rule one; more when a run was started while another went on
 
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isTranscribing, &TranscriptionRun::isTranscribingChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isStopping, &TranscriptionRun::isStoppingChanged)

@@ -2,15 +2,8 @@
 
 #include "platform/error.h"
 
-#include <QEventLoop>
-#include <QFile>
 #include <QFileInfo>
-#include <QProcess>
-#include <QStringList>
 
-#include <csignal>
-#include <cstdio>
-#include <sys/prctl.h>
 #include <utility>
 
 namespace sorvanta {
@@ -28,20 +21,12 @@ QStringList engineArguments(const QString &audioPath, const QString &modelPath, 
     return {QStringLiteral("-m"), modelPath, QStringLiteral("-f"), audioPath, QStringLiteral("-l"), language};
 }
 
-/// One pipe for both streams, nothing to read, and an end together with the worker's: a crash of the application
-/// leaves no engine behind.
-void configure(QProcess &process)
-{
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
-}
-
 } // namespace
 
-WhisperRunner::WhisperRunner(Settings settings, Hooks hooks)
+WhisperRunner::WhisperRunner(Settings settings, Hooks hooks, std::shared_ptr<ChildProcess> process)
     : m_settings(std::move(settings))
     , m_hooks(std::move(hooks))
+    , m_process(std::move(process))
 {
 }
 
@@ -49,51 +34,22 @@ Utf8Stream WhisperRunner::run(const QString &audioPath, const QString &modelPath
 {
     const QString engine = enginePath();
     const QStringList arguments = engineArguments(audioPath, modelPath, language);
-
-    QProcess process;
-    const auto task = std::make_shared<EngineTask>();
-    QObject::connect(task.get(), &EngineTask::terminationRequested, &process, &QProcess::terminate,
-                     Qt::QueuedConnection);
-    QObject::connect(task.get(), &EngineTask::killRequested, &process, &QProcess::kill, Qt::QueuedConnection);
-    m_hooks.taskCreated(task);
-
-    configure(process);
+    m_hooks.processCreated(m_process);
     if (m_settings.printsCommand)
         printCommand(engine, arguments);
 
-    Utf8Stream stream;
-    const auto takeChunk = [&] {
-        const QByteArray chunk = process.readAll();
-        if (chunk.isEmpty())
-            return;
-        if (const auto piece = stream.append(chunk)) {
+    Utf8Stream output;
+    const bool hasSucceeded = m_process->run(engine, arguments, [this, &output](const QByteArray &chunk) {
+        if (const auto piece = output.append(chunk)) {
             m_hooks.onOutput(*piece);
             m_hooks.print(chunk + '\n');
         }
-    };
-    QEventLoop loop;
-    QObject::connect(&process, &QProcess::readyRead, &process, takeChunk);
-    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
-    process.start(engine, arguments);
-    if (!process.waitForStarted(-1))
-        throw Error(QStringLiteral("Launch"), 1,
-                    QStringLiteral("The program “%1” couldn’t be started: %2").arg(engineName, process.errorString()));
-    // waitForStarted() may already have seen the end of a short child.
-    if (process.state() != QProcess::NotRunning)
-        loop.exec();
-    takeChunk();
-
+    });
     if (m_hooks.isStopping())
         throw CancellationError();
-    if (process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0)
-        throw Error(errorDomain, engineFailed, QStringLiteral("Whisper failed: ") + stream.repairedText());
-    return stream;
-}
-
-void WhisperRunner::printOnStandardOutput(const QByteArray &line)
-{
-    std::fwrite(line.constData(), 1, static_cast<std::size_t>(line.size()), stdout);
-    std::fflush(stdout);
+    if (!hasSucceeded)
+        throw Error(errorDomain, engineFailed, QStringLiteral("Whisper failed: ") + output.repairedText());
+    return output;
 }
 
 QString WhisperRunner::enginePath() const

@@ -9,7 +9,8 @@ namespace sorvanta {
 
 std::optional<double> parseDouble(QStringView text)
 {
-    if (text.isEmpty() || isWhitespaceOrNewline(text.front().unicode()) || isWhitespaceOrNewline(text.back().unicode()))
+    const auto isForeign = [](QChar unit) { return unit.unicode() >= 0x80 || isWhitespaceOrNewline(unit.unicode()); };
+    if (std::any_of(text.begin(), text.end(), isForeign))
         return std::nullopt;
     bool isNumber = false;
     const double number = text.toDouble(&isNumber);

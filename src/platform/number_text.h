@@ -6,8 +6,8 @@
 
 namespace sorvanta {
 
-/// The number that the whole of `text` spells in ASCII ("1", "-2.5", "1e3"), or none. Unlike Qt's conversion it takes
-/// no white space at the ends, and a number too large for a double is none.
+/// The number that the whole of `text` spells ("1", "-2.5", "1e3"), or none. Unlike Qt's conversion it takes no white
+/// space at the ends; what is no ASCII is no number, and one too large for a double is none.
 std::optional<double> parseDouble(QStringView text);
 
 /// `seconds` rounded to whole ones, ties away from zero; what is negative or no number counts as 0.

@@ -2,6 +2,8 @@
 
 #include <unicode/uregex.h>
 
+#include <limits>
+
 namespace sorvanta {
 
 struct RegularExpression::Matcher {
@@ -26,7 +28,7 @@ RegularExpression::~RegularExpression() = default;
 std::optional<RegularExpression::Match> RegularExpression::firstMatch(QStringView text, qsizetype from)
 {
     URegularExpression *expression = m_matcher->expression;
-    if (!expression || from > text.size())
+    if (!expression || from > text.size() || text.size() > std::numeric_limits<int32_t>::max())
         return std::nullopt;
     UErrorCode status = U_ZERO_ERROR;
     static constexpr char16_t emptyText[] = u"";
@@ -37,8 +39,8 @@ std::optional<RegularExpression::Match> RegularExpression::firstMatch(QStringVie
 
     Match match;
     match.m_start = uregex_start(expression, 0, &status);
-    match.m_count = uregex_groupCount(expression, &status) + 1;
-    for (int i = 0; i < match.m_count; ++i) {
+    const int count = uregex_groupCount(expression, &status) + 1;
+    for (int i = 0; i < count; ++i) {
         const int32_t start = uregex_start(expression, i, &status);
         const int32_t end = uregex_end(expression, i, &status);
         if (start >= 0)

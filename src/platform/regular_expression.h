@@ -19,14 +19,11 @@ public:
         QStringView group(int number) const { return m_groups.at(static_cast<std::size_t>(number)); }
         qsizetype start() const { return m_start; }
         qsizetype end() const { return m_start + m_groups[0].size(); }
-        /// How many groups the pattern has, the whole match included.
-        int groupCount() const { return m_count; }
 
     private:
         friend class RegularExpression;
         static constexpr std::size_t maximumGroups = 8;
         std::array<QStringView, maximumGroups> m_groups;
-        int m_count = 0;
         qsizetype m_start = 0;
     };
 
@@ -36,7 +33,8 @@ public:
     RegularExpression(const RegularExpression &) = delete;
     RegularExpression &operator=(const RegularExpression &) = delete;
 
-    /// The first match at or behind `from`, or none. `text` must outlive the match.
+    /// The first match at or behind `from`, or none. `text` must outlive the match; in one of 2^31 units or more
+    /// nothing is found.
     std::optional<Match> firstMatch(QStringView text, qsizetype from = 0);
 
 private:

@@ -5,6 +5,8 @@
 #include <unicode/ustring.h>
 #include <unicode/utext.h>
 
+#include <limits>
+
 namespace sorvanta {
 
 namespace {
@@ -72,6 +74,8 @@ qsizetype GraphemeClusters::end(qsizetype start)
         return first == u'\r' && second == u'\n' ? start + 2 : start + 1;
     if (!m_iterator)
         m_iterator = std::make_unique<Iterator>(m_text);
+    if (!m_iterator->boundaries || m_text.size() > std::numeric_limits<int32_t>::max())
+        return start + (m_text[start].isHighSurrogate() && m_text[start + 1].isLowSurrogate() ? 2 : 1);
     const int32_t end = m_iterator->boundaries->following(static_cast<int32_t>(start));
     return end == icu::BreakIterator::DONE ? m_text.size() : end;
 }

@@ -58,7 +58,8 @@ void forEachLine(QStringView text, Visitor visit)
 /// The number of user-perceived characters: extended grapheme clusters, CR LF being one.
 qsizetype graphemeClusterCount(QStringView text);
 
-/// Walks over the extended grapheme clusters of a text, which must outlive it.
+/// Walks over the extended grapheme clusters of a text, which must outlive it. In one of 2^31 units or more it takes
+/// code points for clusters.
 class GraphemeClusters {
 public:
     explicit GraphemeClusters(QStringView text);

@@ -3,6 +3,7 @@
 //   print TEXT      writes TEXT, percent-encoded, on standard output
 //   complain TEXT   the same on standard error
 //   arguments       writes the arguments, one a line
+//   print-input     writes what stands on standard input, or that there is nothing
 //   burst BYTES     writes so many bytes in lines of 64
 //   sleep MS        waits
 //   ignore-stop     ignores SIGTERM from now on
@@ -60,6 +61,9 @@ void execute(const std::string &command, const std::string &operand, int argumen
     } else if (command == "arguments") {
         for (int i = 1; i < argumentCount; ++i)
             writeAll(STDOUT_FILENO, std::string(arguments[i]) + "\n");
+    } else if (command == "print-input") {
+        char byte = 0;
+        writeAll(STDOUT_FILENO, read(STDIN_FILENO, &byte, 1) > 0 ? "input" : "no input");
     } else if (command == "burst") {
         const std::string line(63, 'x');
         std::string bytes;

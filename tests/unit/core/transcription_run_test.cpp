@@ -209,15 +209,36 @@ TEST_F(TranscriptionRunTest, stripsDashesFromWhatIsShownOnly)
     EXPECT_EQ(run.transcript(), u"- One"_qs);
 }
 
-TEST_F(TranscriptionRunTest, showsNothingWhenStrippingLeavesNothing)
+TEST_F(TranscriptionRunTest, aStopTurnsAFailureIntoACancellation)
 {
-    start("print [no end - %0A\n");
+    QFile::remove(bundle.enginePath());
+    start("");
+    run.stopRun();
     waitForEnd();
-    EXPECT_TRUE(run.hasShownText());
-    start("print x%0A\nprint %0A\n");
+    EXPECT_EQ(run.status(), u"Cancelled"_qs);
+    EXPECT_FALSE(run.error());
+}
+
+TEST_F(TranscriptionRunTest, tellsItsEndWhenAllOfItIsDone)
+{
+    QObject::connect(&run, &TranscriptionRun::isTranscribingChanged, &run, [this] {
+        if (!run.isTranscribing() && events.size() == 2)
+            start("print [x] second%0A\n");
+    });
+    start(timedOutput);
+    waitFor([this] { return events.size() == 4; });
+    EXPECT_EQ(events, (QStringList{u"remove"_qs, u"save"_qs, u"remove"_qs, u"save"_qs}));
+    EXPECT_EQ(run.transcript(), u"second"_qs);
+}
+
+TEST_F(TranscriptionRunTest, keepsWhatWasNoTextYetOutOfAStoppedRun)
+{
+    start("print [x] a%0A\nsleep 200\nprint %FF\nsleep 20000\n");
+    waitFor([this] { return !run.rawOutput().isEmpty(); });
+    QTest::qWait(400);
+    run.stopRun();
     waitForEnd();
-    EXPECT_TRUE(run.hasShownText());
-    EXPECT_EQ(run.displayedTranscript().isEmpty(), !run.hasShownText());
+    EXPECT_EQ(run.rawOutput(), u"[x] a\n"_qs);
 }
 
 TEST_F(TranscriptionRunTest, aClearedTranscriptLeavesTheOutputOnShow)
@@ -238,6 +259,34 @@ TEST(TranscriptionRun, destroyedInMidRunEndsItsEngine)
         TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
         run.start(QStringLiteral("/a.wav"), bundle.script("print x%0A\nsleep 20000\n"), QString());
         ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 10000));
+    }
+    EXPECT_LT(timer.elapsed(), 8000);
+}
+
+TEST(TranscriptionRun, destroyedBeforeTheMainLoopRanEndsItsEngine)
+{
+    FakeEngineBundle bundle;
+    QElapsedTimer timer;
+    timer.start();
+    {
+        TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
+        run.start(QStringLiteral("/a.wav"), bundle.script("sleep 20000\n"), QString());
+    }
+    EXPECT_LT(timer.elapsed(), 1500) << "asked to end, the engine ends at once";
+}
+
+TEST(TranscriptionRun, destroyedKillsEnginesThatIgnoreTheStopAlsoEarlierOnes)
+{
+    FakeEngineBundle bundle;
+    QElapsedTimer timer;
+    timer.start();
+    {
+        TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
+        const QString script = bundle.script("ignore-stop\nprint x%0A\nsleep 20000\n");
+        for (int i = 0; i < 2; ++i) {
+            run.start(QStringLiteral("/a.wav"), script, QString());
+            ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 10000));
+        }
     }
     EXPECT_LT(timer.elapsed(), 8000);
 }

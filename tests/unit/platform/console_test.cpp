@@ -1,0 +1,86 @@
+#include "platform/console.h"
+
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+
+#include <array>
+#include <csignal>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+using namespace sorvanta;
+
+namespace {
+
+/// Puts a pipe in the place of standard output for the time of a test.
+class ConsoleTest : public testing::Test {
+protected:
+    ConsoleTest()
+        : m_standardOutput(dup(STDOUT_FILENO))
+    {
+        EXPECT_EQ(pipe(m_pipe.data()), 0);
+        dup2(m_pipe[1], STDOUT_FILENO);
+        close(m_pipe[1]);
+    }
+    ~ConsoleTest() override
+    {
+        restore();
+        close(m_pipe[0]);
+    }
+    void restore() const { dup2(m_standardOutput, STDOUT_FILENO); }
+    std::string readAll() const
+    {
+        restore(); // ends the pipe
+        std::string text;
+        std::array<char, 4096> buffer;
+        for (ssize_t count = 0; (count = read(m_pipe[0], buffer.data(), buffer.size())) > 0;)
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        return text;
+    }
+
+    std::array<int, 2> m_pipe{};
+    int m_standardOutput;
+};
+
+TEST_F(ConsoleTest, writesAllToAReader)
+{
+    const std::string text(1'000'000, 'x');
+    std::string received;
+    std::thread reader([&] {
+        received = [this] {
+            std::string all;
+            std::array<char, 4096> buffer;
+            while (all.size() < 1'000'000) {
+                const ssize_t count = read(m_pipe[0], buffer.data(), buffer.size());
+                all.append(buffer.data(), static_cast<std::size_t>(count));
+            }
+            return all;
+        }();
+    });
+    printOnConsole({text.data(), static_cast<qsizetype>(text.size())});
+    reader.join();
+    EXPECT_EQ(received, text);
+}
+
+TEST_F(ConsoleTest, dropsTheRestWhereNobodyReads)
+{
+    const std::string text(1'000'000, 'x');
+    QElapsedTimer timer;
+    timer.start();
+    printOnConsole({text.data(), static_cast<qsizetype>(text.size())});
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_LT(readAll().size(), text.size());
+}
+
+TEST_F(ConsoleTest, bearsAReaderThatHasGone)
+{
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
+    close(m_pipe[0]);
+    printOnConsole("text");
+    std::signal(SIGPIPE, before);
+    m_pipe[0] = dup(m_standardOutput);
+}
+
+} // namespace

@@ -1,0 +1,73 @@
+#include "platform/error.h"
+#include "platform/main_queue.h"
+#include "platform/worker.h"
+
+#include "support/printing.h"
+
+#include <gtest/gtest.h>
+
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <future>
+#include <vector>
+
+using namespace sorvanta;
+
+namespace {
+
+TEST(PostToMain, runsWorkOnTheMainThreadInTheOrderOfThePosts)
+{
+    std::vector<int> order;
+    bool wasElsewhere = false;
+    runOnWorker([&] {
+        for (int i = 0; i < 100; ++i) {
+            postToMain([&order, &wasElsewhere, i] {
+                order.push_back(i);
+                wasElsewhere = wasElsewhere || QThread::currentThread() != qApp->thread();
+            });
+        }
+    }).wait();
+    EXPECT_TRUE(order.empty()) << "nothing runs before the main loop does";
+    ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == 100; }));
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    EXPECT_FALSE(wasElsewhere);
+}
+
+TEST(RunOnWorker, hasRoomForMoreWorkThanThereAreCores)
+{
+    constexpr int count = 12;
+    std::atomic<int> waiting = 0;
+    std::promise<void> gate;
+    const std::shared_future<void> opened = gate.get_future().share();
+    std::vector<std::future<void>> works;
+    for (int i = 0; i < count; ++i)
+        works.push_back(runOnWorker([&waiting, opened] {
+            ++waiting;
+            opened.wait();
+        }));
+    EXPECT_TRUE(QTest::qWaitFor([&waiting] { return waiting == count; }));
+    gate.set_value();
+    for (auto &work : works)
+        work.wait();
+}
+
+TEST(RunOnWorker, letsGoOfWhatTheWorkHeldBeforeItIsDone)
+{
+    auto held = std::make_shared<int>(1);
+    const std::weak_ptr<int> watched = held;
+    runOnWorker([held = std::move(held)] { EXPECT_TRUE(held); }).wait();
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST(CancellationError, saysThatTheOperationWasNotCompleted)
+{
+    const CancellationError error;
+    EXPECT_EQ(error.domain(), u"Swift.CancellationError"_qs);
+    EXPECT_EQ(error.code(), 1);
+    EXPECT_EQ(error.localizedDescription(),
+              u"The operation couldn’t be completed. (Swift.CancellationError error 1.)"_qs);
+}
+
+} // namespace
