@@ -5,6 +5,7 @@
 #include "platform/console.h"
 #include "platform/error.h"
 #include "platform/main_queue.h"
+#include "platform/unicode_text.h"
 #include "platform/worker.h"
 
 #include <QPointer>
@@ -100,6 +101,14 @@ void TranscriptionRun::stopRun()
     m_status = QStringLiteral("Stopping…");
     if (m_activeProcess)
         m_activeProcess->terminate();
+}
+
+QString TranscriptionRun::errorText() const
+{
+    QString text = error().value_or(QString());
+    while (!text.isEmpty() && isNewline(text.back().unicode()))
+        text.chop(1);
+    return text;
 }
 
 QString TranscriptionRun::progressText() const

@@ -71,7 +71,8 @@ public:
     /// The message of the last failure, or none.
     const std::optional<QString> &error() const { return m_error.value(); }
     void setError(const std::optional<QString> &error) { m_error = error; }
-    QString errorText() const { return error().value_or(QString()); }
+    /// The same as it is shown: without the line ends behind it; empty if there is none.
+    QString errorText() const;
     bool hasError() const { return error().has_value(); }
 
     /// 0.0 to 1.0, or none as long as the length of the audio is not known.

@@ -23,7 +23,8 @@ ModelsSettingsViewModel::ModelsSettingsViewModel(std::optional<QString> applicat
 
 Status ModelsSettingsViewModel::status(const ModelInfo &model) const
 {
-    return m_statusMap.value(model.id, ModelStatus::NotDownloaded{});
+    const auto found = m_statusMap.constFind(model.id);
+    return found == m_statusMap.constEnd() ? Status(ModelStatus::NotDownloaded{}) : *found;
 }
 
 void ModelsSettingsViewModel::refreshStatuses()

@@ -12,6 +12,7 @@ Item {
 
     readonly property int textInset: (Theme.controlHeight - words.lineSize) / 2
     readonly property int mostHeight: 9 * words.lineSize
+    readonly property int scrollLane: 12
 
     signal copyRequested
 
@@ -23,10 +24,10 @@ Item {
 
         objectName: "errorView"
         y: row.topPadding + row.textInset
-        width: Math.min(words.implicitWidth, row.width - copyButton.width - 8)
+        width: interactive ? words.width + row.scrollLane : Math.min(words.implicitWidth, words.width)
         height: Math.min(words.height, row.mostHeight)
         contentHeight: words.height
-        clip: contentHeight > height
+        clip: interactive
         interactive: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
 
@@ -36,8 +37,7 @@ Item {
             id: words
 
             objectName: "errorText"
-            width: row.width - copyButton.width - 8
-            rightPadding: 12
+            width: row.width - copyButton.width - 8 - row.scrollLane
             text: row.message
             color: Theme.danger
             wrapMode: Text.Wrap

@@ -51,7 +51,12 @@ Card {
             event.accepted = true;
         }
 
-        ScrollBar.vertical: ScrollBar {}
+        ScrollBar.vertical: ScrollBar {
+            leftPadding: 1
+            rightPadding: 5
+            topPadding: 5
+            bottomPadding: 5
+        }
 
         delegate: TranscriptRow {
             width: ListView.view.width

@@ -2,7 +2,7 @@
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
-#include <QGuiApplication>
+#include <QApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@ int main(int argumentCount, char **arguments)
     const QTemporaryDir home;
     qputenv("XDG_DATA_HOME", home.filePath("data").toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", home.filePath("config").toLocal8Bit());
-    QGuiApplication application(argumentCount, arguments);
+    QApplication application(argumentCount, arguments);
     QAccessible::setActive(true);
     sorvanta::applyLook();
     sorvanta::failOnQtWarnings();

@@ -183,6 +183,29 @@ TEST_F(TranscriptionRunTest, aMissingEngineIsTold)
     EXPECT_EQ(run.errorText(), u"whisper-cli not found in bundle at sorvanta_extra_data/whisper.cpp/build/bin"_qs);
 }
 
+TEST_F(TranscriptionRunTest, anErrorIsShownWithoutTheLineEndsBehindIt)
+{
+    start("complain one%0Atwo%0D%0A%0A\nexit 1\n");
+    waitForEnd();
+    EXPECT_EQ(run.error(), u"Whisper failed: one\ntwo\r\n\n"_qs);
+    EXPECT_EQ(run.errorText(), u"Whisper failed: one\ntwo"_qs);
+    run.setError(std::nullopt);
+    EXPECT_EQ(run.errorText(), QString());
+}
+
+TEST_F(TranscriptionRunTest, aTranscriptClearedInMidRunComesBackAtItsEnd)
+{
+    start(timedOutput + "sleep 300\n");
+    waitFor([this] { return run.transcript() == u"- One"_qs; });
+    QSignalSpy changed(&run, &TranscriptionRun::transcriptChanged);
+    run.clearTranscript();
+    EXPECT_EQ(run.transcript(), QString());
+    EXPECT_EQ(changed.count(), 1);
+    waitForEnd();
+    EXPECT_EQ(run.transcript(), u"- One"_qs);
+    EXPECT_EQ(changed.count(), 2);
+}
+
 TEST_F(TranscriptionRunTest, handsOnTheLanguageTrimmedAndLowerCased)
 {
     start("arguments\n", u"  EN "_qs);

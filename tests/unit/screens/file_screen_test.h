@@ -1,9 +1,9 @@
 #pragma once
 
 #include "screens/file/transcript_from_file_view.h"
-#include "support/silent_media.h"
 #include "support/printing.h"
 #include "support/screen_workbench.h"
+#include "support/silent_media.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
