@@ -30,7 +30,7 @@ class FailuresTest(WindowTest):
         self.assertIn("error: failed to initialize whisper context", error[0])
         self.assertGreater(error[0].count("\n"), 3, "the whole log")
         window.press("Copy Error")
-        self.eventually(lambda: self.clipboard() == error[0], "the error on the clipboard")
+        self.eventually(lambda: self.clipboard().rstrip() == error[0], "the error on the clipboard")
         self.assertIsNone(window.find("Stop"))
         self.assertEqual(self.history(), [])
 

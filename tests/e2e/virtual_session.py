@@ -121,17 +121,22 @@ class VirtualSession:
     def _xdotool(self, *words):
         subprocess.run(["xdotool", *words], env=self.environment, check=True, stdout=subprocess.DEVNULL, timeout=20)
 
-    def _start_display(self):
-        reader, writer = os.pipe()
-        width, height = self.size
-        self.start(["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
-                   pass_fds=[writer], stderr=subprocess.DEVNULL)
-        os.close(writer)
-        with os.fdopen(reader) as numbers:
-            number = numbers.readline().strip()
-        if not number:
-            raise RuntimeError("the virtual display (Xvfb) did not start")
-        self.environment["DISPLAY"] = ":" + number
+    def _start_display(self, tries=3):
+        """Two displays that start at once may settle on one number; then one of them ends, and is tried again."""
+        for _ in range(tries):
+            reader, writer = os.pipe()
+            width, height = self.size
+            display = self.start(
+                ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+                pass_fds=[writer], stderr=subprocess.DEVNULL)
+            os.close(writer)
+            with os.fdopen(reader) as numbers:
+                self.environment["DISPLAY"] = ":" + numbers.readline().strip()
+            answers = subprocess.run(["xdotool", "getdisplaygeometry"], env=self.environment,
+                                     stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            if answers.returncode == 0 and display.poll() is None:
+                return
+        raise RuntimeError("the virtual display (Xvfb) did not start")
 
     def _start_bus(self):
         bus = self.start(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
