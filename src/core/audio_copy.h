@@ -16,7 +16,6 @@ namespace sorvanta {
 class AudioCopy {
 public:
     /// Opens the source. @throws Error as AudioReader does
-    static std::shared_ptr<AudioCopy> open(const QString &source);
     explicit AudioCopy(const QString &source);
 
     const AudioReader &source() const { return m_reader; }
@@ -27,21 +26,25 @@ public:
     void startWriting(const QString &destination);
 
     /// Copies on a thread named `queueLabel` until the end or until `limit` has passed; then the copying is told to
-    /// stop, and nobody waits for that. @return whether the end came in time
+    /// stop, and nobody waits for that. When the application quits it is told so at once, and what was written is
+    /// removed. @return whether the end came in time
+    /// @throws Error if the system has no thread to give
     static bool run(const std::shared_ptr<AudioCopy> &copy, const QString &queueLabel, std::chrono::milliseconds limit);
 
-    /// To be asked only when run() has returned true.
-    AudioReader::Status readerStatus() const { return m_reader.status(); }
-    // May be asked at any time behind startWriting().
+    /// Whether the reader came to the end and the writer ended the file. To be asked only when run() has returned true.
+    bool isWhole() const;
+    /// May be asked at any time behind startWriting().
     AudioWriter::Status writerStatus() const { return m_writer->status(); }
     QString writerErrorDescription() const { return m_writer->errorDescription(); }
 
 private:
     void copyAll();
+    bool waitForEnd(std::chrono::milliseconds limit);
 
     std::atomic<bool> m_interrupt = false;
     AudioReader m_reader;
     AudioFileSettings m_settings;
+    QString m_destination;
     std::optional<AudioWriter> m_writer;
     std::binary_semaphore m_finished{0};
 };

@@ -50,15 +50,19 @@ private:
         } catch (const Error &failure) {
             reportFailure(failure.localizedDescription());
             return std::nullopt;
+        } catch (const std::exception &) {
+            reportFailure(u"Conversion failed."_qs);
+            return std::nullopt;
         }
     }
 
     std::optional<QString> convert() const
     {
         showStatus(m_settings.convertingStatus);
+        const auto recorded = m_settings.refreshesPlayback ? m_report.refreshPlaybackState : nullptr;
         const std::optional<QString> result = m_settings.conversion == Conversion::M4a
                                                   ? m_preparer.exportToM4A(m_path)
-                                                  : m_preparer.convertToWav(m_path, m_settings.queueLabel);
+                                                  : m_preparer.convertToWav(m_path, m_settings.queueLabel, recorded);
         if (result) {
             showStatus(m_settings.convertedStatus);
             return result;

@@ -17,7 +17,7 @@ struct PreparationSettings {
     Conversion conversion = Conversion::Wav;
     QString queueLabel; ///< for Conversion::Wav
     bool removesTemporariesFirst = false;
-    bool refreshesPlayback = false; ///< also when the file goes as it stands
+    bool refreshesPlayback = false; ///< when the file goes as it stands, or its WAV file has been recorded
 
     QString asItStandsStatus;
     QString convertingStatus;

@@ -1,18 +1,17 @@
 #include "core/audio_preparer.h"
 
 #include "core/audio_copy.h"
-#include "platform/error.h"
+#include "platform/file_errors.h"
 #include "platform/file_types.h"
 #include "platform/folders.h"
 #include "platform/main_queue.h"
 #include "platform/paths.h"
 #include "platform/unique_names.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QThread>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace sorvanta {
@@ -29,21 +28,27 @@ Error meetingError(MeetingCode code, const QString &description)
     return Error(u"MeetingRecorder"_qs, code, description);
 }
 
-/// What the system cannot open now, but perhaps later, is told as it is; all else that does not open holds no audio.
-bool isFailureOfTheSystem(const Error &failure)
+Error noAudioTrack()
 {
-    constexpr int unknownReadingError = 256;
-    return failure.domain() == u"NSCocoaErrorDomain" && failure.code() == unknownReadingError;
+    return meetingError(NoAudioTrack, u"No audio track found to transcribe."_qs);
+}
+
+/// What the system cannot open now, but perhaps later, is told as it is; all else that does not open holds no audio.
+bool isOfThePresentOnly(int systemError)
+{
+    return systemError == EMFILE || systemError == ENFILE || systemError == EIO || systemError == ENOMEM;
 }
 
 std::shared_ptr<AudioCopy> openMeeting(const QString &path)
 {
     try {
-        return AudioCopy::open(path);
-    } catch (const Error &failure) {
-        if (isFailureOfTheSystem(failure))
+        return std::make_shared<AudioCopy>(path);
+    } catch (const ReadingError &failure) {
+        if (isOfThePresentOnly(failure.systemError()))
             throw;
-        throw meetingError(NoAudioTrack, u"No audio track found to transcribe."_qs);
+        throw noAudioTrack();
+    } catch (const Error &) {
+        throw noAudioTrack();
     }
 }
 
@@ -90,25 +95,24 @@ bool AudioPreparer::needsConversion(const QString &path)
     return !isAudioExtension(pathExtension(path));
 }
 
-std::optional<QString> AudioPreparer::convertToWav(const QString &path, const QString &queueLabel) const
+std::optional<QString> AudioPreparer::convertToWav(const QString &path, const QString &queueLabel,
+                                                   const std::function<void()> &recorded) const
 {
     const QString output = newTemporaryPath({}, u"wav"_qs);
     bool hasSucceeded = false;
     try {
-        const std::shared_ptr<AudioCopy> copy = AudioCopy::open(path);
+        const std::shared_ptr<AudioCopy> copy = std::make_shared<AudioCopy>(path);
         copy->startReading(m_settings.wav);
         copy->startWriting(output);
-        hasSucceeded = AudioCopy::run(copy, queueLabel, m_settings.wavLimit)
-                       && copy->readerStatus() == AudioReader::Status::Completed
-                       && copy->writerStatus() == AudioWriter::Status::Completed;
-    } catch (const Error &) {
+        hasSucceeded = AudioCopy::run(copy, queueLabel, m_settings.wavLimit) && copy->isWhole();
+    } catch (const std::exception &) {
         // The result says it: which step failed is not shown.
     }
     if (!hasSucceeded) {
         QFile::remove(output);
         return std::nullopt;
     }
-    record(output, m_settings.wavRecorded);
+    record(output, recorded);
     return output;
 }
 
@@ -132,15 +136,15 @@ QString AudioPreparer::convertForMeeting(const QString &path) const
 std::optional<QString> AudioPreparer::exportToM4A(const QString &path) const
 {
     try {
-        const std::shared_ptr<AudioCopy> copy = AudioCopy::open(path);
+        const std::shared_ptr<AudioCopy> copy = std::make_shared<AudioCopy>(path);
         copy->startReading(exportSettings(copy->source()));
         const QString output = freePath(temporaryFolder(), m_settings.newExportName(), u"m4a"_qs);
         copy->startWriting(output);
-        if (!AudioCopy::run(copy, {}, m_settings.exportLimit) || copy->writerStatus() != AudioWriter::Status::Completed)
+        if (!AudioCopy::run(copy, {}, m_settings.exportLimit) || !copy->isWhole())
             return std::nullopt;
         record(output);
         return output;
-    } catch (const Error &) {
+    } catch (const std::exception &) {
         return std::nullopt;
     }
 }
@@ -148,7 +152,7 @@ std::optional<QString> AudioPreparer::exportToM4A(const QString &path) const
 void AudioPreparer::removeTemporaries() const
 {
     auto remove = [files = m_files]() mutable { files.removeTemporaries(); };
-    if (QThread::currentThread() == QCoreApplication::instance()->thread())
+    if (isMainThread())
         remove();
     else
         postToMain(remove);
@@ -156,8 +160,10 @@ void AudioPreparer::removeTemporaries() const
 
 void AudioPreparer::record(const QString &path, const std::function<void()> &recorded) const
 {
-    postToMain([files = m_files, path, recorded]() mutable {
-        files.record(path);
+    TemporaryFiles made;
+    made.record(path);
+    postToMain([files = m_files, made, recorded]() mutable {
+        files.takeOver(made);
         if (recorded)
             recorded();
     });

@@ -24,12 +24,10 @@ public:
         /// The name of the next exported file, without its extension; by default "microphone_", the time and six
         /// characters that make it unlike others.
         std::function<QString()> newExportName;
-        /// Called on the main thread right after convertToWav() has recorded its file; may be empty.
-        std::function<void()> wavRecorded;
     };
 
     /// @param files the screen's own; each file that is made is recorded there, through a post to the main thread
-    ///        that goes out before the conversion returns
+    ///        that goes out before the conversion returns; if the application quits before, the file is removed
     AudioPreparer(TemporaryFiles files, Settings settings);
     explicit AudioPreparer(TemporaryFiles files);
 
@@ -38,7 +36,9 @@ public:
 
     /// Writes the first audio track of `path` to a new WAV file (16 kHz, mono, 16 bits). The samples are copied by a
     /// thread named `queueLabel`. @return the new file, or none; nothing is left of a conversion that failed
-    std::optional<QString> convertToWav(const QString &path, const QString &queueLabel) const;
+    /// @param recorded called on the main thread right after the file has been recorded; may be empty
+    std::optional<QString> convertToWav(const QString &path, const QString &queueLabel,
+                                        const std::function<void()> &recorded = {}) const;
 
     /// The same for the meeting screen, where only a ".wav" goes as it stands, and is what is returned then.
     /// @throws Error of the domain "MeetingRecorder", codes 201 to 204, or that of the system; a partly written file

@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <utility>
+
 namespace sorvanta {
 
 struct TemporaryFiles::Paths {
@@ -28,6 +30,11 @@ TemporaryFiles::TemporaryFiles()
 void TemporaryFiles::record(const QString &path)
 {
     m_paths->list.append(path);
+}
+
+void TemporaryFiles::takeOver(TemporaryFiles &other)
+{
+    m_paths->list.append(std::exchange(other.m_paths->list, {}));
 }
 
 std::optional<QString> TemporaryFiles::tempConvertedURL() const

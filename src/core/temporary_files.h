@@ -18,6 +18,9 @@ public:
     /// Notes a file that has just been made.
     void record(const QString &path);
 
+    /// Notes the files of `other`, which forgets them.
+    void takeOver(TemporaryFiles &other);
+
     /// The file of the present run: the one recorded last, or none.
     std::optional<QString> tempConvertedURL() const;
     /// The files of the present batch, in the order in which they were made.

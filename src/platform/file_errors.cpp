@@ -83,12 +83,9 @@ QString volumeName(const QString &path)
     return QStorageInfo(parentFolder(path)).displayName();
 }
 
-} // namespace
-
-Error readingError(const QString &path, int systemError)
+Error readingSentence(const QString &path, Code code)
 {
     const QString name = lastPathComponent(path);
-    const Code code = readingCode(systemError);
     switch (code) {
     case ReadNoSuchFile:
         return cocoaError(code, u"The file “%1” couldn’t be opened because there is no such file."_qs.arg(name));
@@ -98,6 +95,13 @@ Error readingError(const QString &path, int systemError)
     default:
         return cocoaError(code, u"The file “%1” couldn’t be opened."_qs.arg(name));
     }
+}
+
+} // namespace
+
+ReadingError readingError(const QString &path, int systemError)
+{
+    return {readingSentence(path, readingCode(systemError)), systemError};
 }
 
 Error writingError(const QString &path, int systemError)

@@ -8,8 +8,23 @@ namespace sorvanta {
 // follow from the system's error number. Paths are absolute; the sentences name the last component, its folder, or
 // the volume.
 
+/// An Error that knows what the system said.
+class ReadingError : public Error {
+public:
+    ReadingError(const Error &error, int systemError)
+        : Error(error)
+        , m_systemError(systemError)
+    {
+    }
+
+    int systemError() const { return m_systemError; }
+
+private:
+    int m_systemError;
+};
+
 /// The file or folder at `path` could not be opened or read.
-Error readingError(const QString &path, int systemError);
+ReadingError readingError(const QString &path, int systemError);
 
 /// The file or folder at `path` could not be made, written or put in its place.
 Error writingError(const QString &path, int systemError);

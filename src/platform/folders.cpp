@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QUuid>
 
@@ -17,9 +18,8 @@ std::optional<QString> applicationSupportFolder()
 
 QString temporaryFolder()
 {
-    // A TMPDIR that names nothing gives an empty text, and files would land at the root.
-    const QString folder = QDir::tempPath();
-    return folder.isEmpty() ? QStringLiteral("/tmp") : folder;
+    const QFileInfo folder(QDir::tempPath());
+    return folder.isDir() && folder.isWritable() ? folder.filePath() : QStringLiteral("/tmp");
 }
 
 QString resourceFolder()

@@ -9,7 +9,7 @@ namespace sorvanta {
 /// The user's folder for the data of applications (`~/.local/share`), or none if the system names none.
 std::optional<QString> applicationSupportFolder();
 
-/// The folder for temporary files (`/tmp`, or what TMPDIR says), without a slash at the end.
+/// The folder for temporary files (what TMPDIR says if files can be made there, or `/tmp`), without a slash at the end.
 QString temporaryFolder();
 
 /// Where the application's own resources lie: `lib/sorvanta` beside the `bin` folder of the executable, the same

@@ -9,4 +9,11 @@ namespace sorvanta {
 /// application object has gone is dropped.
 void postToMain(std::function<void()> work);
 
+/// Whether the calling thread is the main one; no thread is once the application object has gone.
+bool isMainThread();
+
+/// Whether the application is on its way out: work that nobody will see the end of stops then. May be asked from any
+/// thread.
+bool isQuitting();
+
 } // namespace sorvanta

@@ -1,8 +1,5 @@
 #include "platform/named_thread.h"
 
-#include "platform/error.h"
-
-#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -16,6 +13,11 @@ constexpr int longestName = 15;
 
 } // namespace
 
+Error threadError(const std::system_error &failure)
+{
+    return Error(u"NSPOSIXErrorDomain"_qs, failure.code().value(), u"The system could not start a thread."_qs);
+}
+
 void runOnNamedThread(const QString &name, std::function<void()> work)
 {
     try {
@@ -25,7 +27,7 @@ void runOnNamedThread(const QString &name, std::function<void()> work)
             work();
         }).detach();
     } catch (const std::system_error &failure) {
-        throw Error(u"NSPOSIXErrorDomain"_qs, failure.code().value(), u"The system could not start a thread."_qs);
+        throw threadError(failure);
     }
 }
 

@@ -1,10 +1,16 @@
 #pragma once
 
+#include "platform/error.h"
+
 #include <QString>
 
 #include <functional>
+#include <system_error>
 
 namespace sorvanta {
+
+/// What a user is told when the system has no thread to give.
+Error threadError(const std::system_error &failure);
 
 /// Runs `work` once on a new thread that nobody waits for. `name` is what a debugger and the system's list of
 /// threads show, cut to 15 bytes; an empty one names nothing. `work` owns whatever it uses and must not throw.

@@ -26,6 +26,9 @@ QStringView trimmed(QStringView text, Predicate isTrimmed)
 /// Below this no character joins another one, apart from CR LF.
 constexpr char16_t firstJoiningCharacter = 0x0300;
 
+/// As many bytes the library takes at a time.
+constexpr qsizetype longestDecoded = std::numeric_limits<int32_t>::max();
+
 } // namespace
 
 QStringView trimmedOfWhitespace(QStringView text)
@@ -91,6 +94,8 @@ qsizetype graphemeClusterCount(QStringView text)
 
 std::optional<QString> decodeUtf8(QByteArrayView bytes)
 {
+    if (bytes.size() > longestDecoded)
+        return std::nullopt;
     // UTF-16 never has more units than UTF-8 has bytes.
     QString text(bytes.size(), Qt::Uninitialized);
     int32_t length = 0;
@@ -105,6 +110,8 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes)
 
 QString decodeUtf8WithRepair(QByteArrayView bytes)
 {
+    if (bytes.size() > longestDecoded)
+        return {};
     QString text(bytes.size(), Qt::Uninitialized);
     int32_t length = 0;
     UErrorCode status = U_ZERO_ERROR;

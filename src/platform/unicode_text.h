@@ -76,10 +76,12 @@ private:
     std::unique_ptr<Iterator> m_iterator; // made when the first character comes that needs it
 };
 
-/// The text of well-formed UTF-8, or none if any byte is not. A byte order mark is a character like any other.
+/// The text of well-formed UTF-8, or none if any byte is not, or of 2 GiB and more. A byte order mark is a character
+/// like any other.
 std::optional<QString> decodeUtf8(QByteArrayView bytes);
 
-/// The text of any bytes. Each maximal piece that is not well-formed UTF-8 becomes one U+FFFD.
+/// The text of any bytes. Each maximal piece that is not well-formed UTF-8 becomes one U+FFFD. 2 GiB and more give an
+/// empty text.
 QString decodeUtf8WithRepair(QByteArrayView bytes);
 
 } // namespace sorvanta

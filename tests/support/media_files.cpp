@@ -11,14 +11,15 @@
 #include <numbers>
 
 MediaFolder::MediaFolder()
-    : m_earlier(qgetenv("TMPDIR"))
+    : m_wasSet(qEnvironmentVariableIsSet("TMPDIR"))
+    , m_earlier(qgetenv("TMPDIR"))
 {
     qputenv("TMPDIR", QFile::encodeName(m_folder.path()));
 }
 
 MediaFolder::~MediaFolder()
 {
-    qputenv("TMPDIR", m_earlier);
+    m_wasSet ? qputenv("TMPDIR", m_earlier) : qunsetenv("TMPDIR");
 }
 
 QString MediaFolder::path(const QString &name) const

@@ -25,6 +25,7 @@ public:
 
 private:
     QTemporaryDir m_folder;
+    bool m_wasSet;
     QByteArray m_earlier;
 };
 

@@ -19,6 +19,13 @@ constexpr double smallestHole = 0.1;
 constexpr double smallestDelay = 0.001;
 constexpr int silenceBlock = 4096;
 
+/// Other rates are damage, and would make gigabytes of a small file.
+constexpr int lowestSampleRate = 1'000;
+constexpr int highestSampleRate = 12'288'000;
+/// Silence that is longer, in seconds, is damage too.
+constexpr double longestHole = 600;
+constexpr double mostSilence = 3600;
+
 int refuseOtherFiles(AVFormatContext *, AVIOContext **, const char *, int, AVDictionary **)
 {
     return AVERROR(EACCES);
@@ -33,6 +40,11 @@ int isRaised(void *flag)
 bool isNamed(const AVFormatContext &format, const char *name)
 {
     return std::strstr(format.iformat->name, name) != nullptr;
+}
+
+bool isUsable(int sampleRate)
+{
+    return sampleRate >= lowestSampleRate && sampleRate <= highestSampleRate;
 }
 
 bool mayJump(const AVFormatContext &format)
@@ -114,7 +126,9 @@ bool AudioDecoder::next(AVFrame *frame)
     if (!m_waiting->nb_samples) {
         if (!decode(m_waiting.get()))
             return false;
-        m_silentSamples = std::llround(missingSeconds(*m_waiting) * m_waiting->sample_rate);
+        const double missing = missingSeconds(*m_waiting);
+        m_silence += missing;
+        m_silentSamples = std::llround(missing * m_waiting->sample_rate);
         m_hasBegun = true;
     }
     if (m_silentSamples > 0)
@@ -129,7 +143,7 @@ bool AudioDecoder::decode(AVFrame *frame)
 {
     for (;;) {
         const int result = avcodec_receive_frame(m_codec.get(), frame);
-        if (result >= 0 && frame->nb_samples > 0 && frame->sample_rate > 0 && frame->ch_layout.nb_channels > 0)
+        if (result >= 0 && frame->nb_samples > 0 && isUsable(frame->sample_rate) && frame->ch_layout.nb_channels > 0)
             return true;
         if (result == AVERROR_EOF || isInterrupted())
             return false;
@@ -167,14 +181,17 @@ bool AudioDecoder::readPacket()
 
 double AudioDecoder::missingSeconds(const AVFrame &frame) const
 {
-    if (frame.best_effort_timestamp == AV_NOPTS_VALUE || m_format->duration <= 0 || (m_hasBegun && mayJump(*m_format)))
+    if (frame.best_effort_timestamp == AV_NOPTS_VALUE || (m_hasBegun && mayJump(*m_format)))
         return 0;
     const double time =
         static_cast<double>(frame.best_effort_timestamp) * av_q2d(m_stream->time_base) - timeZero(*m_format);
     const double missing = time - m_position;
     // A timestamp behind the end of the file is damage, and no reason for hours of silence.
-    const bool isInsideTheFile = time <= static_cast<double>(m_format->duration) / AV_TIME_BASE;
-    return isInsideTheFile && missing >= (m_hasBegun ? smallestHole : smallestDelay) ? missing : 0;
+    const bool isInsideTheFile =
+        m_format->duration <= 0 || time <= static_cast<double>(m_format->duration) / AV_TIME_BASE;
+    const bool isPlausible = missing >= (m_hasBegun ? smallestHole : smallestDelay) && missing <= longestHole
+                             && m_silence + missing <= mostSilence;
+    return isInsideTheFile && isPlausible ? missing : 0;
 }
 
 void AudioDecoder::makeSilence(AVFrame *silence)

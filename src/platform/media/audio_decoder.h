@@ -8,7 +8,8 @@
 namespace sorvanta {
 
 /// The first audio track of a file as a stream of decoded frames without holes: where the track begins behind the
-/// file's time zero, or leaves time out, frames of silence stand, so that times stay true. All other tracks are
+/// file's time zero, or leaves time out, frames of silence stand, so that times stay true,
+/// unless they are so long that only damage explains them. All other tracks are
 /// skipped unread, damaged packets are passed over.
 class AudioDecoder {
 public:
@@ -52,6 +53,7 @@ private:
     ffmpeg::Pointer<AVPacket> m_packet;
     ffmpeg::Pointer<AVFrame> m_waiting; ///< the frame that comes behind the silence
     std::int64_t m_silentSamples = 0;
+    double m_silence = 0; ///< seconds of silence put in so far
     double m_position = 0; ///< seconds handed out so far
     bool m_hasBegun = false;
 };

@@ -20,6 +20,7 @@ AudioFormat AudioFileSettings::inputFormat() const
 
 int nearestAacSampleRate(int sampleRate)
 {
+    sampleRate = std::clamp(sampleRate, aacSampleRates.back(), aacSampleRates.front());
     return *std::min_element(aacSampleRates.begin(), aacSampleRates.end(), [&](int left, int right) {
         return std::abs(left - sampleRate) < std::abs(right - sampleRate);
     });

@@ -5,6 +5,7 @@
 #include "platform/media/sample_converter.h"
 #include "platform/paths.h"
 
+#include <cerrno>
 #include <optional>
 #include <vector>
 
@@ -33,6 +34,8 @@ public:
                 step();
         } catch (const Error &failure) {
             fail(failure.localizedDescription());
+        } catch (const std::exception &) {
+            fail(readingError(m_path, ENOMEM).localizedDescription());
         }
         return m_bytes;
     }

@@ -6,6 +6,8 @@
 
 #include <QFile>
 
+#include <cerrno>
+
 namespace sorvanta {
 
 namespace {
@@ -105,6 +107,8 @@ private:
         } catch (const Error &failure) {
             fail(m_file.systemError() == 0 ? failure.localizedDescription()
                                            : writingError(m_path, m_file.systemError()).localizedDescription());
+        } catch (const std::exception &) {
+            fail(writingError(m_path, ENOMEM).localizedDescription());
         }
     }
 

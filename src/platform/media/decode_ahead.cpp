@@ -1,5 +1,7 @@
 #include "platform/media/decode_ahead.h"
 
+#include "platform/named_thread.h"
+
 namespace sorvanta {
 
 DecodeAhead::Batch::Batch()
@@ -10,8 +12,12 @@ DecodeAhead::Batch::Batch()
 
 DecodeAhead::DecodeAhead(AudioDecoder &decoder)
     : m_decoder(decoder)
-    , m_thread([this] { run(); })
 {
+    try {
+        m_thread = std::jthread([this] { run(); });
+    } catch (const std::system_error &failure) {
+        throw threadError(failure);
+    }
 }
 
 DecodeAhead::~DecodeAhead()

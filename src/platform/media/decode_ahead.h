@@ -13,6 +13,7 @@ namespace sorvanta {
 /// the frames share two processors. As long as it exists, the decoder is its own.
 class DecodeAhead {
 public:
+    /// @throws Error if the system has no thread to give
     explicit DecodeAhead(AudioDecoder &decoder);
     ~DecodeAhead();
     DecodeAhead(const DecodeAhead &) = delete;

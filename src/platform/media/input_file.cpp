@@ -2,8 +2,6 @@
 
 #include "platform/file_errors.h"
 
-#include <QFile>
-
 #include <cerrno>
 
 #include <fcntl.h>
@@ -27,9 +25,9 @@ void requireRegularFile(int result, const struct stat &status, const QString &pa
 /// again afterwards, as it may have been replaced in between.
 FileDescriptor openRegularFile(const QString &path)
 {
-    const QByteArray name = QFile::encodeName(path);
+    const QByteArray name = encodedPath(path);
     struct stat status = {};
-    requireRegularFile(name.contains('\0') ? (errno = ENOENT, -1) : ::stat(name.constData(), &status), status, path);
+    requireRegularFile(::stat(name.constData(), &status), status, path);
     FileDescriptor descriptor(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!descriptor.isOpen())
         throw readingError(path, errno);

@@ -20,7 +20,7 @@ public:
     InputFile &operator=(const InputFile &) = delete;
 
     AVIOContext *context() const { return m_context.get(); }
-    /// The system's error number of the first read that failed, or 0.
+    /// The system's error number of the last read that failed, or 0.
     int systemError() const { return m_systemError; }
 
 private:

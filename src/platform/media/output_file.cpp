@@ -2,8 +2,6 @@
 
 #include "platform/file_errors.h"
 
-#include <QFile>
-
 #include <cerrno>
 
 #include <fcntl.h>
@@ -17,7 +15,7 @@ constexpr int bufferSize = 256 * 1024;
 FileDescriptor createFile(const QString &path)
 {
     FileDescriptor descriptor(
-        ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+        ::open(encodedPath(path).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!descriptor.isOpen())
         throw writingError(path, errno);
     return descriptor;

@@ -31,15 +31,16 @@ public:
             note(u"error "_qs, text);
         };
         m_report.endRun = [this] { events += u"end"_qs; };
-        m_report.refreshPlaybackState = [this] { events += u"refresh"_qs; };
+        m_report.refreshPlaybackState = [this] {
+            events += u"refresh"_qs;
+            recorded = files.tempConvertedURL();
+        };
     }
 
     /// Prepares on a worker, and then lets the main thread catch up.
     std::optional<QString> prepare(const QString &path)
     {
-        AudioPreparer::Settings settings;
-        settings.wavRecorded = [this] { events += u"recorded"_qs; };
-        const AudioPreparer preparer(files, settings);
+        const AudioPreparer preparer(files);
         const auto result =
             std::async(std::launch::async, [&] { return prepareAudio(path, m_settings, preparer, m_report); }).get();
         QCoreApplication::processEvents();
@@ -50,6 +51,7 @@ public:
     QString status;
     std::optional<QString> error;
     QStringList events;
+    std::optional<QString> recorded; ///< at the last refresh
 
 private:
     void note(const QString &kind, const QString &text) { events += kind + text; }
@@ -75,10 +77,11 @@ TEST(FilePreparation, aMovieIsConverted)
     Screen screen(filePreparation());
     screen.files.record(folder.write(u"old.wav"_qs, "1"));
     const std::optional<QString> result = screen.prepare(folder.make(u"movie.mp4"_qs, sound));
-    EXPECT_EQ(screen.events, (QStringList{u"status Converting movie.mp4 to wav audio…"_qs, u"recorded"_qs,
+    EXPECT_EQ(screen.events, (QStringList{u"status Converting movie.mp4 to wav audio…"_qs, u"refresh"_qs,
                                           u"status Conversion finished, starting transcription…"_qs}));
     ASSERT_TRUE(result);
     EXPECT_EQ(screen.files.tempConvertedURLs(), QStringList{*result});
+    EXPECT_EQ(screen.recorded, result) << "the playback is refreshed when the file has been recorded";
     EXPECT_FALSE(QFile::exists(folder.path(u"old.wav"_qs)));
     EXPECT_EQ(describedFormat(*result), u"wav pcm_s16le 16000 1"_qs);
 }
@@ -107,6 +110,28 @@ TEST(FilePreparation, theLastMessagesStandInWhereNoneAre)
                                           u"status Conversion failed."_qs}));
 }
 
+TEST(FilePreparation, eachOfTheLastMessagesStandsInByItself)
+{
+    MediaFolder folder;
+    PreparationSettings settings = filePreparation();
+    settings.failedError.clear();
+    Screen withoutError(settings);
+    withoutError.prepare(folder.path(u"gone"_qs));
+    EXPECT_EQ(withoutError.error, u"Could not convert file to audio for transcription."_qs);
+    EXPECT_EQ(withoutError.events.filter(u"status"_qs),
+              (QStringList{u"status Converting gone to wav audio…"_qs, u"status Conversion failed."_qs}))
+        << "the status that stands is not set anew";
+
+    settings = filePreparation();
+    settings.convertingStatus.clear();
+    settings.failedStatus.clear();
+    Screen withoutStatus(settings);
+    withoutStatus.prepare(folder.path(u"gone"_qs));
+    EXPECT_EQ(withoutStatus.events,
+              (QStringList{u"error Could not convert gone to audio. The file might not contain an audio track."_qs,
+                           u"status Conversion failed."_qs}));
+}
+
 TEST(BatchPreparation, anAudioFileGoesAsItStands)
 {
     MediaFolder folder;
@@ -124,7 +149,7 @@ TEST(BatchPreparation, moviesAreConvertedAndRecordedOneBehindTheOther)
     screen.files.record(folder.write(u"first.wav"_qs, "1"));
     const std::optional<QString> result = screen.prepare(folder.make(u"movie.mp4"_qs, sound));
     ASSERT_TRUE(result);
-    EXPECT_EQ(screen.events, (QStringList{u"status Converting movie.mp4 to wav audio…"_qs, u"recorded"_qs,
+    EXPECT_EQ(screen.events, (QStringList{u"status Converting movie.mp4 to wav audio…"_qs,
                                           u"status Conversion finished for movie.mp4, starting transcription…"_qs}));
     EXPECT_EQ(screen.files.tempConvertedURLs(), (QStringList{folder.path(u"first.wav"_qs), *result}));
 }

@@ -110,11 +110,10 @@ TEST(ConvertToWav, makesAFileNamedByAUuidAndRecordsItOnTheMainThread)
     TemporaryFiles files;
     bool wasRecordedBefore = false;
     std::optional<QString> recorded;
-    AudioPreparer::Settings settings;
-    settings.wavRecorded = [&] { recorded = files.tempConvertedURL(); };
-    const AudioPreparer preparer(files, settings);
+    const AudioPreparer preparer(files);
     const std::optional<QString> result = onWorker([&] {
-        const auto path = preparer.convertToWav(source, u"sv.wav.convert"_qs);
+        const auto path =
+            preparer.convertToWav(source, u"sv.wav.convert"_qs, [&] { recorded = files.tempConvertedURL(); });
         wasRecordedBefore = recorded.has_value();
         return path;
     });
@@ -134,7 +133,7 @@ TEST(ConvertToWav, convertsAlsoWhatHasNoExtension)
     EXPECT_TRUE(AudioPreparer(TemporaryFiles()).convertToWav(source, u"test"_qs));
 }
 
-TEST(ConvertToWav, takesAnyNameThatAFileCanHave)
+TEST(ConvertToWav, takesNamesThatLookLikeAddressesOptionsAndPatterns)
 {
     MediaFolder folder;
     const QString plain = folder.make(u"plain.flac"_qs, sound);
@@ -216,7 +215,7 @@ TEST(ConvertForMeeting, runsOnItsQueueAndATimeOutLeavesThePartlyWrittenFile)
     EXPECT_EQ(folder.names().filter(u"meeting-transcribe-"_qs).size(), 1);
 }
 
-TEST(ConvertForMeeting, aTimeOutAloneIsNoFailure)
+TEST(ConvertForMeeting, hasALimitOfItsOwn)
 {
     MediaFolder folder;
     const QString source = folder.make(u"a.m4a"_qs, sound);

@@ -5,6 +5,7 @@
 #include "support/printing.h"
 
 #include <QFile>
+#include <QtEndian>
 
 #include <gtest/gtest.h>
 
@@ -197,6 +198,55 @@ TEST(AudioReader, aReaderThatIsNotReadToTheEndMayGo)
     AudioReader reader(folder.make(u"a.wav"_qs, u"-f lavfi -i sine=duration=600"_qs));
     reader.start(speech);
     EXPECT_FALSE(reader.read().empty());
+}
+
+/// A WAV file that plays as fast as its damaged header says.
+QString makeWavOfRate(const MediaFolder &folder, quint32 rate)
+{
+    QFile file(folder.make(u"rate.wav"_qs, threeSeconds + u" -y"_qs));
+    EXPECT_TRUE(file.open(QIODevice::ReadWrite));
+    rate = qToLittleEndian(rate);
+    EXPECT_TRUE(file.seek(24) && file.write(reinterpret_cast<const char *>(&rate), 4) == 4);
+    return file.fileName();
+}
+
+TEST(AudioReader, refusesSampleRatesThatOnlyDamageExplains)
+{
+    MediaFolder folder;
+    for (const quint32 rate : {1U, 999U, 12'288'001U, 402'697'284U}) {
+        AudioReader reader(makeWavOfRate(folder, rate));
+        reader.start(speech);
+        EXPECT_TRUE(reader.read().empty()) << rate;
+        EXPECT_EQ(reader.status(), AudioReader::Status::Failed) << rate;
+    }
+    EXPECT_NEAR(seconds(readAll(makeWavOfRate(folder, 1000))), 132.3, 0.1);
+    EXPECT_NEAR(seconds(readAll(makeWavOfRate(folder, 12'288'000))), 0.01, 0.005);
+}
+
+/// Three seconds with a hole behind each of the first `holes` tenths of a second.
+QString makeHoles(const MediaFolder &folder, int holes, int length)
+{
+    const QString shift = u"asetpts=PTS+%2/TB*min(%1\\,floor(T*10+0.001))"_qs.arg(holes).arg(length);
+    return folder.make(u"holes%1.mkv"_qs.arg(length), u"-f lavfi -i sine=sample_rate=8000:samples_per_frame=800:"_qs
+                                                          + u"duration=3 -af "_qs + shift + u" -c:a pcm_s16le"_qs);
+}
+
+TEST(AudioReader, takesHoursOfSilenceForDamage)
+{
+    MediaFolder folder;
+    EXPECT_NEAR(seconds(readAll(makeHoles(folder, 1, 590))), 593, 0.2);
+    EXPECT_NEAR(seconds(readAll(makeHoles(folder, 1, 610))), 3, 0.2) << "one hole of more than ten minutes";
+    EXPECT_NEAR(seconds(readAll(makeHoles(folder, 9, 580))), 3483, 0.5) << "no more than an hour of them all";
+}
+
+TEST(AudioReader, putsSilenceInFrontAlsoWhereTheFileTellsNoDuration)
+{
+    MediaFolder folder;
+    const std::vector<double> samples =
+        readAll(folder.make(u"late.mkv"_qs, u"-f lavfi -i testsrc=size=64x48:rate=10:duration=4 -itsoffset 1.5 "_qs
+                                                + threeSeconds + u" -c:v ffv1 -c:a flac -f matroska -live 1"_qs));
+    EXPECT_NEAR(seconds(samples), 4.5, 0.06);
+    EXPECT_LT(level(samples, 0, 1.4, 16000), 0.0001);
 }
 
 TEST(AudioReader, givesOneChannelToBothAtFullLevelAsFloatingPoint)

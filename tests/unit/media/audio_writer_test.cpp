@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include <cmath>
 #include <cstdint>
 #include <numbers>
@@ -131,6 +133,8 @@ TEST(NearestAacSampleRate, isOneThatTheFormatKnows)
     EXPECT_EQ(nearestAacSampleRate(96000), 48000);
     EXPECT_EQ(nearestAacSampleRate(37800), 32000);
     EXPECT_EQ(nearestAacSampleRate(4000), 7350);
+    EXPECT_EQ(nearestAacSampleRate(std::numeric_limits<int>::max()), 48000);
+    EXPECT_EQ(nearestAacSampleRate(std::numeric_limits<int>::min()), 7350);
 }
 
 } // namespace

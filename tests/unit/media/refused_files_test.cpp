@@ -147,6 +147,15 @@ TEST(RefusedFiles, whatTheSystemCannotReadIsToldAsItStands)
               u"none, none, NSCocoaErrorDomain 256 The file “mem” couldn’t be opened."_qs);
 }
 
+TEST(RefusedFiles, aPathThatLeadsNowhereHasNoTrack)
+{
+    MediaFolder folder;
+    ASSERT_TRUE(QFile::link(folder.path(u"a.mp4"_qs), folder.path(u"b.mp4"_qs)));
+    ASSERT_TRUE(QFile::link(folder.path(u"b.mp4"_qs), folder.path(u"a.mp4"_qs)));
+    EXPECT_EQ(outcomes(folder.path(u"a.mp4"_qs)), noTrack) << "a circle of links";
+    EXPECT_EQ(outcomes(folder.write(u"c.mp4"_qs, "c") + u"/d.mp4"_qs), noTrack) << "a file is no folder";
+}
+
 TEST(RefusedFiles, aPlaylistOpensNoOtherFile)
 {
     MediaFolder folder;

@@ -45,6 +45,21 @@ TEST(TemporaryFiles, aFailureToRemoveIsIgnored)
     EXPECT_EQ(folder.names(), QStringList());
 }
 
+TEST(TemporaryFiles, changeHandsAtTheEndOfTheList)
+{
+    MediaFolder folder;
+    TemporaryFiles files;
+    files.record(folder.write(u"1.wav"_qs, "1"));
+    {
+        TemporaryFiles made;
+        made.record(folder.write(u"2.wav"_qs, "2"));
+        files.takeOver(made);
+        EXPECT_EQ(made.tempConvertedURLs(), QStringList());
+    }
+    EXPECT_EQ(files.tempConvertedURLs(), (QStringList{folder.path(u"1.wav"_qs), folder.path(u"2.wav"_qs)}));
+    EXPECT_EQ(folder.names(), (QStringList{u"1.wav"_qs, u"2.wav"_qs}));
+}
+
 TEST(TemporaryFiles, goWithTheLastWhoKnowsThem)
 {
     MediaFolder folder;

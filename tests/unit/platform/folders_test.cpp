@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -20,6 +21,10 @@ TEST(Folders, theTemporaryFolderIsThatOfTheSystem)
     EXPECT_EQ(temporaryFolder(), folder.path());
     qputenv("TMPDIR", "/a/folder/that/is/missing");
     EXPECT_EQ(temporaryFolder(), u"/tmp"_qs);
+    QFile file(folder.filePath(u"file"_qs));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    qputenv("TMPDIR", file.fileName().toUtf8());
+    EXPECT_EQ(temporaryFolder(), u"/tmp"_qs) << "no folder";
     before.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
 }
 
