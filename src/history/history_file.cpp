@@ -5,6 +5,7 @@
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "platform/paths.h"
+#include "platform/unique_names.h"
 
 #include <QDateTime>
 
@@ -20,7 +21,7 @@ QList<TranscriptionHistoryEntry> HistoryFile::read()
 {
     try {
         QList<TranscriptionHistoryEntry> entries;
-        if (itemExists(m_path))
+        if (!itemIsMissing(m_path))
             entries = decodedHistory(readFile(m_path));
         m_copyPath.reset();
         return entries;
@@ -45,17 +46,14 @@ void HistoryFile::write(const QList<TranscriptionHistoryEntry> &entries)
 QString HistoryFile::freeCopyPath() const
 {
     const QDateTime now = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(m_secondsSince1970() * 1000));
-    const QString path = m_path + u".unreadable-"_qs + now.toString(u"yyyy-MM-dd_HH-mm-ss");
-    QString freePath = path;
-    for (int number = 2; itemExists(freePath); ++number)
-        freePath = path + u'-' + QString::number(number);
-    return freePath;
+    const QString date = now.toString(u"yyyy-MM-dd_HH-mm-ss");
+    return freePath(parentFolder(m_path), lastPathComponent(m_path) + u".unreadable-"_qs + date, QString());
 }
 
 void HistoryFile::copyAside()
 {
-    if (itemExists(m_path))
-        copyFile(m_path, itemExists(*m_copyPath) ? freeCopyPath() : *m_copyPath);
+    if (!itemIsMissing(m_path))
+        copyFile(m_path, isNameTaken(*m_copyPath) ? freeCopyPath() : *m_copyPath);
     m_copyPath.reset();
 }
 

@@ -18,8 +18,8 @@ public:
 
     const QString &path() const { return m_path; }
 
-    /// The entries as they stand in the file; none if there is no file. The description of a failure tells under which
-    /// name the file will be kept.
+    /// The entries as they stand in the file; none if there is certainly no file. The description of a failure tells
+    /// under which name the file will be kept.
     QList<TranscriptionHistoryEntry> read();
 
     /// Replaces the file, at once and as a whole. If the last read failed and the file cannot be copied aside, nothing

@@ -1,6 +1,7 @@
 #include "history/transcription_history_store.h"
 
 #include "history/history_json.h"
+#include "platform/atomic_file.h"
 #include "platform/file_system.h"
 #include "platform/folders.h"
 #include "platform/iso8601.h"
@@ -56,6 +57,8 @@ TranscriptionHistoryStore::TranscriptionHistoryStore(HistorySurroundings surroun
     , m_file(m_surroundings.baseFolder + u"/transcription-history.json"_qs, m_surroundings.secondsSince1970)
 {
     ensureDirectories();
+    for (const QString &folder : {m_surroundings.baseFolder, m_transcriptsDirectory})
+        removeUnfinishedFiles(folder);
     reload();
 }
 
@@ -65,11 +68,13 @@ void TranscriptionHistoryStore::addEntry(const HistoryAddition &addition)
     if (trimmedText.isEmpty() && !addition.recordingPath)
         return;
     ensureDirectories();
+    QStringList copiedFiles;
     if (addition.replaceExisting)
-        removeEntries(addition.sourceLabel, addition.recordingPath);
+        copiedFiles = removeEntries(addition.sourceLabel, addition.recordingPath);
     try {
         m_list.insertFirst(storedEntry(addition, trimmedText));
         save();
+        std::ranges::for_each(copiedFiles, removeIfThere);
     } catch (const Error &error) {
         fail(u"Unable to save history: "_qs, error);
     }
@@ -92,7 +97,7 @@ void TranscriptionHistoryStore::deleteEntry(const QString &id)
     const auto found = std::ranges::find(entries(), id, &TranscriptionHistoryEntry::id);
     if (found == entries().end())
         return;
-    deleteStoredFiles(m_list.takeAt(found - entries().begin()));
+    std::ranges::for_each(storedFiles(m_list.takeAt(found - entries().begin())), removeIfThere);
     try {
         save();
     } catch (const Error &error) {
@@ -113,29 +118,38 @@ void TranscriptionHistoryStore::ensureDirectories()
     }
 }
 
-void TranscriptionHistoryStore::removeEntries(const QString &sourceLabel, const std::optional<QString> &recordingPath)
+QStringList TranscriptionHistoryStore::removeEntries(const QString &sourceLabel,
+                                                     const std::optional<QString> &recordingPath)
 {
     const bool hasRecording = recordingPath && !recordingPath->isEmpty();
+    QStringList copiedFiles;
     QSet<QString> pickedIds;
     for (const TranscriptionHistoryEntry &entry : entries()) {
         if (entry.sourceLabel != sourceLabel && !(hasRecording && entry.recordingPath == recordingPath))
             continue;
-        deleteStoredFiles(entry);
+        for (const QString &file : storedFiles(entry)) {
+            if (hasRecording && isSameItem(file, *recordingPath))
+                copiedFiles.append(file);
+            else
+                removeIfThere(file);
+        }
         pickedIds.insert(entry.id);
     }
     for (qsizetype row = entries().size(); row-- > 0 && !pickedIds.isEmpty();) {
         if (pickedIds.contains(entries()[row].id))
             m_list.takeAt(row);
     }
+    return copiedFiles;
 }
 
-void TranscriptionHistoryStore::deleteStoredFiles(const TranscriptionHistoryEntry &entry)
+QStringList TranscriptionHistoryStore::storedFiles(const TranscriptionHistoryEntry &entry) const
 {
-    removeIfThere(entry.txtPath);
+    QStringList files{entry.txtPath};
     if (entry.srtPath)
-        removeIfThere(*entry.srtPath);
+        files.append(*entry.srtPath);
     if (entry.recordingPath && parentFolder(*entry.recordingPath) == m_recordingsDirectory)
-        removeIfThere(*entry.recordingPath);
+        files.append(*entry.recordingPath);
+    return files;
 }
 
 TranscriptionHistoryEntry TranscriptionHistoryStore::storedEntry(const HistoryAddition &addition,

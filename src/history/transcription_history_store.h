@@ -93,8 +93,11 @@ public:
     void ensureDirectories();
 
 private:
-    void removeEntries(const QString &sourceLabel, const std::optional<QString> &recordingPath);
-    void deleteStoredFiles(const TranscriptionHistoryEntry &entry);
+    /// Removes the entries with their files. @return those files that the recording path still names: they go once
+    /// their copy is in the saved list
+    QStringList removeEntries(const QString &sourceLabel, const std::optional<QString> &recordingPath);
+    /// The files that go with an entry.
+    QStringList storedFiles(const TranscriptionHistoryEntry &entry) const;
     /// Writes the files of a new entry. @throws Error
     TranscriptionHistoryEntry storedEntry(const HistoryAddition &addition, const QString &trimmedText);
     std::optional<QString> storedSubtitles(const std::optional<QString> &srtText, const QString &baseName);

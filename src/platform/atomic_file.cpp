@@ -2,14 +2,15 @@
 
 #include "platform/file_errors.h"
 
-#include <algorithm>
+#include <QDir>
+#include <QFile>
+
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 
 namespace sorvanta {
 
@@ -18,46 +19,43 @@ namespace {
 /// So much of a file is handed on to the disk while the rest is still to come.
 constexpr off_t pieceForTheDisk = 4 << 20;
 
-/// Where a file is written that is to be found at `path`: what a symbolic link leads to.
+/// As many as the system follows itself.
+constexpr int mostLinks = 40;
+
+/// Where a file is written that is to be found at `path`: what a symbolic link leads to, whether it is there or not.
 QByteArray targetOf(const QString &path)
 {
-    const QByteArray encoded = encodedPath(path);
-    struct stat status;
-    if (::lstat(encoded.constData(), &status) != 0 || !S_ISLNK(status.st_mode))
-        return encoded;
-    const std::unique_ptr<char, decltype(&std::free)> resolved(::realpath(encoded.constData(), nullptr), std::free);
-    return resolved ? QByteArray(resolved.get()) : encoded;
+    QByteArray target = encodedPath(path);
+    for (int links = 0; links <= mostLinks; ++links) {
+        QByteArray next(PATH_MAX, Qt::Uninitialized);
+        const ssize_t length = ::readlink(target.constData(), next.data(), static_cast<size_t>(next.size()));
+        if (length < 0)
+            return target;
+        next.truncate(length);
+        target = next.startsWith('/') ? next : folderOf(target) + '/' + next;
+    }
+    throw writingError(path, ELOOP);
 }
 
-bool writeAll(int file, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t count = ::write(file, bytes.data(), static_cast<size_t>(bytes.size()));
-        if (count < 0 && errno != EINTR)
-            return false;
-        bytes = bytes.sliced(std::max<ssize_t>(count, 0));
-    }
-    return true;
-}
+constexpr char unfinishedPrefix[] = ".sorvanta-";
 
 } // namespace
 
-AtomicFile::AtomicFile(QString path)
-    : m_path(std::move(path))
-    , m_target(targetOf(m_path))
+AtomicFile::AtomicFile(const QString &path)
+    : m_target(targetOf(path))
     , m_folder(opened(folderOf(m_target), O_RDONLY | O_DIRECTORY))
-    , m_temporary(folderOf(m_target) + "/.sorvanta-XXXXXX")
+    , m_temporary(folderOf(m_target) + '/' + unfinishedPrefix + "XXXXXX")
     , m_file(m_folder.isOpen() ? ::mkostemp(m_temporary.data(), O_CLOEXEC) : -1)
     , m_unfinished(m_file.isOpen() ? m_temporary : QByteArray())
 {
     if (!m_file.isOpen())
-        throw writingError(m_path, errno);
+        throw failure(errno);
 }
 
 void AtomicFile::write(QByteArrayView bytes)
 {
     if (!writeAll(m_file.number(), bytes))
-        throw writingError(m_path, errno);
+        throw failure(errno);
     m_size += bytes.size();
     if (m_size - m_sizeOnItsWay < pieceForTheDisk)
         return;
@@ -70,10 +68,25 @@ void AtomicFile::commit()
 {
     if (::fsync(m_file.number()) != 0 || !m_file.close()
         || ::rename(m_temporary.constData(), m_target.constData()) != 0)
-        throw writingError(m_path, errno);
+        throw failure(errno);
     m_unfinished.keep();
     if (!flushFolder(m_folder.number()))
-        throw writingError(m_path, errno);
+        throw failure(errno);
+}
+
+Error AtomicFile::failure(int systemError) const
+{
+    return writingError(QFile::decodeName(m_target), systemError);
+}
+
+void removeUnfinishedFiles(const QString &folder)
+{
+    const QDateTime recent = QDateTime::currentDateTime().addSecs(-60);
+    const QDir files(folder, QLatin1String(unfinishedPrefix) + u"??????"_qs, QDir::NoSort, QDir::Files | QDir::Hidden);
+    for (const QFileInfo &file : files.entryInfoList()) {
+        if (!file.isSymLink() && file.lastModified() < recent)
+            QFile::remove(file.filePath());
+    }
 }
 
 } // namespace sorvanta

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/error.h"
 #include "platform/file_descriptor.h"
 
 #include <QByteArray>
@@ -12,14 +13,15 @@ namespace sorvanta {
 /// Failures are thrown as an Error of writingError().
 class AtomicFile {
 public:
-    explicit AtomicFile(QString path);
+    explicit AtomicFile(const QString &path);
 
     void write(QByteArrayView bytes);
     /// Flushes the file and puts it in its place. Nothing may be called after it.
     void commit();
 
 private:
-    QString m_path;
+    Error failure(int systemError) const;
+
     QByteArray m_target;
     FileDescriptor m_folder;
     QByteArray m_temporary;
@@ -28,5 +30,9 @@ private:
     off_t m_size = 0;
     off_t m_sizeOnItsWay = 0; // to the disk
 };
+
+/// Removes what processes that were killed in the midst of writing left in `folder`: unfinished files that nobody has
+/// written to for a minute. What cannot be removed stays, without a word.
+void removeUnfinishedFiles(const QString &folder);
 
 } // namespace sorvanta

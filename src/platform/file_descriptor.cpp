@@ -2,6 +2,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -24,6 +25,17 @@ QByteArray folderOf(const QByteArray &path)
 FileDescriptor opened(const QByteArray &path, int flags, mode_t mode)
 {
     return FileDescriptor(::open(path.constData(), flags | O_CLOEXEC, mode));
+}
+
+bool writeAll(int file, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const ssize_t count = ::write(file, bytes.data(), static_cast<size_t>(bytes.size()));
+        if (count < 0 && errno != EINTR)
+            return false;
+        bytes = bytes.sliced(std::max<ssize_t>(count, 0));
+    }
+    return true;
 }
 
 bool flushFolder(int folder)

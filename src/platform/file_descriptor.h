@@ -70,6 +70,9 @@ QByteArray folderOf(const QByteArray &path);
 
 FileDescriptor opened(const QByteArray &path, int flags, mode_t mode = 0);
 
+/// @return whether all bytes were written
+bool writeAll(int file, QByteArrayView bytes);
+
 /// Makes sure that names given or taken in a folder outlast a loss of power.
 bool flushFolder(int folder);
 

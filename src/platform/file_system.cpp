@@ -5,13 +5,13 @@
 #include "platform/file_errors.h"
 #include "platform/paths.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <new>
 
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace sorvanta {
 
@@ -37,16 +37,57 @@ FileDescriptor openedForReading(const QString &path, struct stat &status)
     return file;
 }
 
-bool copyAll(int source, int destination)
+/// @return what read() gives; an interruption is none
+ssize_t readSome(int file, char *room, qsizetype size)
+{
+    for (;;) {
+        const ssize_t count = ::read(file, room, static_cast<size_t>(size));
+        if (count >= 0 || errno != EINTR)
+            return count;
+    }
+}
+
+/// Lets the system copy as much as it can, which may share blocks instead of copying them. Where it stops it does not
+/// tell which of the two files is to blame.
+void copyWithinTheSystem(int source, int destination)
 {
     constexpr size_t most = 1 << 30;
+    while (::copy_file_range(source, nullptr, destination, nullptr, most, 0) > 0) { }
+}
+
+/// Copies what is left of the source. @return whether it could be written
+bool copyTheRest(const QString &path, int source, int destination)
+{
+    QByteArray piece(1 << 18, Qt::Uninitialized);
     for (;;) {
-        const ssize_t count = ::sendfile(destination, source, nullptr, most);
+        const ssize_t count = readSome(source, piece.data(), piece.size());
+        if (count < 0)
+            throw readingError(path, errno);
         if (count == 0)
             return true;
-        if (count < 0 && errno != EINTR)
+        if (!writeAll(destination, QByteArrayView(piece).first(count)))
             return false;
     }
+}
+
+/// All bytes of an open file. The size is a guess: the file may grow or shrink, and some tell none.
+QByteArray readAll(const QString &path, int file, qint64 size)
+{
+    // One byte more shows the end.
+    QByteArray bytes(size + 1, Qt::Uninitialized);
+    qsizetype length = 0;
+    for (;;) {
+        const ssize_t count = readSome(file, bytes.data() + length, bytes.size() - length);
+        if (count < 0)
+            throw readingError(path, errno);
+        if (count == 0)
+            break;
+        length += count;
+        if (length == bytes.size())
+            bytes.resize(bytes.size() * 2);
+    }
+    bytes.resize(length);
+    return bytes;
 }
 
 } // namespace
@@ -57,25 +98,30 @@ bool itemExists(const QString &path)
     return ::stat(encodedPath(path).constData(), &status) == 0;
 }
 
+bool itemIsMissing(const QString &path)
+{
+    struct stat status;
+    return ::stat(encodedPath(path).constData(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
+bool isSameItem(const QString &path, const QString &other)
+{
+    struct stat status;
+    struct stat otherStatus;
+    return ::stat(encodedPath(path).constData(), &status) == 0
+           && ::stat(encodedPath(other).constData(), &otherStatus) == 0 && status.st_dev == otherStatus.st_dev
+           && status.st_ino == otherStatus.st_ino;
+}
+
 QByteArray readFile(const QString &path)
 {
     struct stat status;
     const FileDescriptor file = openedForReading(path, status);
-    // The size is a guess: the file may grow or shrink, and some tell none. One byte more shows the end.
-    QByteArray bytes(static_cast<qsizetype>(status.st_size) + 1, Qt::Uninitialized);
-    qsizetype length = 0;
-    for (;;) {
-        const ssize_t count = ::read(file.number(), bytes.data() + length, static_cast<size_t>(bytes.size() - length));
-        if (count < 0 && errno != EINTR)
-            throw readingError(path, errno);
-        if (count == 0)
-            break;
-        length += std::max<ssize_t>(count, 0);
-        if (length == bytes.size())
-            bytes.resize(bytes.size() * 2);
+    try {
+        return readAll(path, file.number(), status.st_size);
+    } catch (const std::bad_alloc &) {
+        throw readingError(path, EFBIG);
     }
-    bytes.resize(length);
-    return bytes;
 }
 
 void writeFileAtomically(const QString &path, QByteArrayView bytes)
@@ -88,7 +134,7 @@ void writeFileAtomically(const QString &path, QByteArrayView bytes)
 void copyFile(const QString &source, const QString &destination)
 {
     struct stat status;
-    if (!itemExists(source))
+    if (itemIsMissing(source))
         throw copyingError(source, destination, ENOENT);
     const FileDescriptor input = openedForReading(source, status);
     const QByteArray target = encodedPath(destination);
@@ -97,7 +143,8 @@ void copyFile(const QString &source, const QString &destination)
         throw copyingError(source, destination, errno);
     UnfinishedFile unfinished(target);
     const FileDescriptor folder = opened(folderOf(target), O_RDONLY | O_DIRECTORY);
-    if (!folder.isOpen() || !copyAll(input.number(), output.number()) || ::fsync(output.number()) != 0
+    copyWithinTheSystem(input.number(), output.number());
+    if (!folder.isOpen() || !copyTheRest(source, input.number(), output.number()) || ::fsync(output.number()) != 0
         || !output.close() || !flushFolder(folder.number()))
         throw copyingError(source, destination, errno);
     unfinished.keep();

@@ -11,16 +11,25 @@ namespace sorvanta {
 /// Whether something lies at `path`, whatever it is; a symbolic link counts if its target does.
 bool itemExists(const QString &path);
 
-/// All bytes of the file at `path`.
+/// Whether nothing lies at `path`, for certain: it is neither missing nor there if the system cannot look.
+bool itemIsMissing(const QString &path);
+
+/// Whether the same thing lies at both paths, under whatever names.
+bool isSameItem(const QString &path, const QString &other);
+
+/// All bytes of the file at `path`. A file for which memory does not suffice is a failure like any other.
 QByteArray readFile(const QString &path);
 
 /// Puts a file with `bytes` at `path`. Whoever looks at `path` at any moment, also after a loss of power, finds the
 /// old file or the new one, whole; once this returns, it is the new one, on disk. After a failure the old file
-/// stands as it was and nothing else lies beside it. A symbolic link stays one, its target is replaced.
+/// stands as it was and nothing else lies beside it; only if the very last step fails, the flushing of the folder, the
+/// new file is there already, but may not outlast a loss of power. A symbolic link stays one, and what it leads to is
+/// replaced, or made where it is missing.
 void writeFileAtomically(const QString &path, QByteArrayView bytes);
 
 /// Copies the file at `source` to `destination`, where nothing may lie, and flushes it to disk; memory does not grow
-/// with the file. After a failure nothing of the copy is left.
+/// with the file, and file systems that can do so let both share their blocks. After a failure nothing of the copy is
+/// left.
 void copyFile(const QString &source, const QString &destination);
 
 /// Makes the folder at `path` and those above it that are missing.

@@ -10,10 +10,11 @@ namespace sorvanta {
 
 std::optional<QString> applicationSupportFolder()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    const QString folder = QDir::cleanPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation));
     if (folder.isEmpty())
         return std::nullopt;
-    return folder;
+    // A relative XDG_DATA_HOME does not count.
+    return QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + QStringLiteral("/.local/share");
 }
 
 QString temporaryFolder()

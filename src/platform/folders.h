@@ -6,7 +6,8 @@
 
 namespace sorvanta {
 
-/// The user's folder for the data of applications (`~/.local/share`), or none if the system names none.
+/// The user's folder for the data of applications (`~/.local/share`), or none if the system names none. Absolute and
+/// clean: without a slash at the end.
 std::optional<QString> applicationSupportFolder();
 
 /// The folder for temporary files (what TMPDIR says if files can be made there, or `/tmp`), without a slash at the end.

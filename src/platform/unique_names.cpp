@@ -11,12 +11,18 @@ QString newDatedName(const QString &prefix, const QDateTime &time)
     return prefix + time.toString(u"yyyy-MM-dd_HH-mm"_qs) + u'_' + newUuidText().first(6).toLower();
 }
 
+bool isNameTaken(const QString &path)
+{
+    return QFileInfo::exists(path) || QFileInfo(path).isSymLink();
+}
+
 QString freePath(const QString &folder, const QString &name, const QString &extension)
 {
-    const auto isTaken = [](const QString &path) { return QFileInfo::exists(path) || QFileInfo(path).isSymLink(); };
-    QString path = folder + u'/' + name + u'.' + extension;
-    for (int number = 2; isTaken(path); ++number)
-        path = folder + u'/' + name + u'-' + QString::number(number) + u'.' + extension;
+    const QString start = folder + u'/' + name;
+    const QString end = extension.isEmpty() ? QString() : u'.' + extension;
+    QString path = start + end;
+    for (int number = 2; isNameTaken(path); ++number)
+        path = start + u'-' + QString::number(number) + end;
     return path;
 }
 

@@ -9,8 +9,11 @@ namespace sorvanta {
 /// six characters of a new UUID in lower case.
 QString newDatedName(const QString &prefix, const QDateTime &time = QDateTime::currentDateTime());
 
-/// A path in `folder` where nothing lies yet: "name.extension", or else "name-2.extension", "name-3.extension" and
-/// so on. Nothing is created.
+/// Whether something lies at `path`; a symbolic link that leads nowhere counts too.
+bool isNameTaken(const QString &path);
+
+/// A path in `folder` whose name is not taken: "name.extension", or else "name-2.extension", "name-3.extension" and
+/// so on. Without an extension the point is left out. Nothing is created.
 QString freePath(const QString &folder, const QString &name, const QString &extension);
 
 } // namespace sorvanta

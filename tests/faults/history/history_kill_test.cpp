@@ -17,13 +17,14 @@ using namespace sorvanta;
 namespace {
 
 constexpr int kills = 200;
+constexpr int killsWithRecordings = 50;
 constexpr int longestDelay = 12'000; // microseconds: several saves
 
 /// Lets a process add entries and kills it in the midst of that. @return how many it knew to be saved
-qsizetype addUntilKilled(const QString &folder, int delay)
+qsizetype addUntilKilled(const QStringList &arguments, int delay)
 {
     QProcess writer;
-    writer.start(HISTORY_WRITER, {folder});
+    writer.start(HISTORY_WRITER, arguments);
     if (!writer.waitForReadyRead())
         return -1;
     QThread::usleep(static_cast<unsigned long>(delay));
@@ -46,7 +47,7 @@ TEST(KilledProcess, leavesTheOldHistoryOrTheNewOneWhole)
     std::uniform_int_distribution<int> delay(0, longestDelay);
     int killedInMidWrite = 0;
     for (int kill = 0; kill < kills; ++kill) {
-        const qsizetype known = addUntilKilled(folder.path(), delay(random));
+        const qsizetype known = addUntilKilled({folder.path()}, delay(random));
         ASSERT_GT(known, 0);
         const QByteArray bytes = readFile(historyPath);
         const QList<TranscriptionHistoryEntry> entries = decodedHistory(bytes);
@@ -65,6 +66,36 @@ TEST(KilledProcess, leavesTheOldHistoryOrTheNewOneWhole)
     RecordProperty("killedInMidWrite", killedInMidWrite);
     std::printf("%d of %d processes were killed while they wrote the history.\n", killedInMidWrite, kills);
     EXPECT_GT(killedInMidWrite, 0) << "no kill came at a moment that matters";
+}
+
+TEST(KilledProcess, losesNoRecordingWhileItsTranscriptTakesItsPlace)
+{
+    QTemporaryDir folder;
+    const QString base = folder.filePath("sorvanta");
+    const QString recording = folder.filePath("talk.wav");
+    const QByteArray sound = QByteArray("sound").repeated(200'000);
+    writeFileAtomically(recording, sound);
+    const unsigned seed = std::random_device()();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    std::uniform_int_distribution<int> delay(0, longestDelay);
+    qsizetype recordings = 0;
+    for (int kill = 0; kill < killsWithRecordings; ++kill) {
+        const qsizetype known = addUntilKilled({base, recording}, delay(random));
+        ASSERT_GT(known, 0);
+        const QList<TranscriptionHistoryEntry> entries = decodedHistory(readFile(base + "/transcription-history.json"));
+        ASSERT_TRUE(entries.size() == known || entries.size() == known + 1) << entries.size() << " of " << known;
+        for (const TranscriptionHistoryEntry &entry : entries)
+            ASSERT_TRUE(readFile(entry.recordingPath.value()) == sound) << entry.sourceLabel.toStdString();
+        // The text of the newest may just have given way to that of its successor.
+        for (qsizetype i = 1; i < entries.size(); ++i)
+            ASSERT_EQ(readFile(entries[i].txtPath), entries[i].text.toUtf8());
+        recordings = entries.size();
+    }
+    const qsizetype files = QDir(base + "/recordings").entryList(QDir::Files).size();
+    std::printf("%lld files for %lld recordings.\n", static_cast<long long>(files), static_cast<long long>(recordings));
+    EXPECT_GT(files, recordings) << "no kill came while a recording was copied";
+    EXPECT_TRUE(readFile(recording) == sound);
 }
 
 } // namespace

@@ -101,6 +101,44 @@ TEST_F(HistoryFiles, neverTakeTheNameOfAnEarlierCopy)
     EXPECT_EQ(bytes(copyName + "-4"), "damaged");
 }
 
+TEST_F(HistoryFiles, neverTakeTheNameOfALinkThatLeadsNowhere)
+{
+    ASSERT_TRUE(QFile::link("/nowhere", folder.filePath(copyName)));
+    put("h.json", "damaged");
+    EXPECT_TRUE(readFailure().contains("“" + copyName + "-2”"));
+    ASSERT_TRUE(QFile::link("/nowhere", folder.filePath(copyName + "-2")));
+    file.write({});
+    EXPECT_EQ(bytes(copyName + "-3"), "damaged");
+    EXPECT_TRUE(QFileInfo(folder.filePath(copyName)).isSymLink());
+}
+
+TEST_F(HistoryFiles, areNeitherMissingNorReplacedIfTheSystemCannotLookAtThem)
+{
+    ASSERT_TRUE(QFile::link(folder.filePath("h.json"), folder.filePath("h.json")));
+    EXPECT_TRUE(readFailure().startsWith("The file “h.json” couldn’t be opened. The file will be kept as “"));
+    EXPECT_THROW(file.write({}), Error);
+    EXPECT_TRUE(QFileInfo(folder.filePath("h.json")).isSymLink());
+}
+
+TEST_F(HistoryFiles, areWrittenWhereALinkLeadsWhetherSomethingLiesThereOrNot)
+{
+    makeFolder(folder.filePath("elsewhere"));
+    ASSERT_TRUE(QFile::link("elsewhere/real.json", folder.filePath("h.json")));
+    EXPECT_EQ(file.read(), QList<TranscriptionHistoryEntry>());
+    for (const char *id : {"1", "2"}) {
+        file.write({historyEntry(id)});
+        EXPECT_EQ(file.read(), QList{historyEntry(id)});
+        EXPECT_EQ(bytes("elsewhere/real.json"), bytes("h.json"));
+        EXPECT_TRUE(QFileInfo(folder.filePath("h.json")).isSymLink());
+    }
+    put("elsewhere/real.json", "damaged");
+    EXPECT_NE(readFailure(), "none");
+    file.write({});
+    EXPECT_EQ(bytes(copyName), "damaged");
+    EXPECT_EQ(bytes("elsewhere/real.json"), "[\n\n]");
+    EXPECT_TRUE(QFileInfo(folder.filePath("h.json")).isSymLink());
+}
+
 TEST_F(HistoryFiles, areNotReplacedIfTheyCannotBeCopiedAside)
 {
     makeFolder(folder.filePath("h.json"));

@@ -169,6 +169,46 @@ TEST_F(HistoryStoreFailures, replacedEntriesAreGoneFromTheListButNotFromTheFileI
     EXPECT_EQ(readFile(historyPath()), bytes);
 }
 
+TEST_F(HistoryStoreFailures, aStoredRecordingThatIsToBeCopiedStaysIfTheNewEntryFails)
+{
+    const QString source = recording("a.wav");
+    store().addEntry({.text = "old", .sourceLabel = source, .recordingPath = source});
+    const Entry old = store().entries().first();
+    blockWith("transcripts/whisper-1770000000127-0000ad.txt");
+    store().addEntry(
+        {.text = "new", .sourceLabel = source, .recordingPath = old.recordingPath, .replaceExisting = true});
+    EXPECT_TRUE(store().errorMessage());
+    EXPECT_TRUE(store().entries().isEmpty());
+    EXPECT_FALSE(itemExists(old.txtPath));
+    EXPECT_EQ(readFile(old.recordingPath.value()), "sound");
+}
+
+TEST_F(HistoryStoreFailures, aHistoryThatTheSystemCannotLookAtIsNoMissingOne)
+{
+    makeFolder(base);
+    ASSERT_TRUE(QFile::link(historyPath(), historyPath()));
+    EXPECT_TRUE(store().errorText().startsWith(
+        "Unable to read history: The file “transcription-history.json” couldn’t be opened. "));
+    store().addEntry({.text = "x"});
+    EXPECT_EQ(store().errorMessage(),
+              "Unable to save history: The file “transcription-history.json” couldn’t be opened.");
+    EXPECT_TRUE(QFileInfo(historyPath()).isSymLink());
+}
+
+TEST_F(HistoryStoreFailures, aHistoryTooLargeForMemoryIsToldAndKept)
+{
+    QTemporaryDir other("/dev/shm/huge-XXXXXX");
+    const QString huge = other.filePath("huge.json");
+    writeFileAtomically(huge, "x");
+    ASSERT_EQ(::truncate(QFile::encodeName(huge).constData(), off_t(1) << 62), 0);
+    makeFolder(base);
+    ASSERT_TRUE(QFile::link(huge, historyPath()));
+    EXPECT_TRUE(store().errorText().startsWith(
+        "Unable to read history: The file “transcription-history.json” couldn’t be opened. The file will be kept"));
+    EXPECT_TRUE(store().entries().isEmpty());
+    EXPECT_EQ(QFileInfo(huge).size(), qint64(1) << 62);
+}
+
 TEST_F(HistoryStoreFailures, anEntryStaysInTheListIfOnlyTheListCannotBeSaved)
 {
     store();

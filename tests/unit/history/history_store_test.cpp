@@ -212,6 +212,66 @@ TEST_F(HistoryStore, replacesTheEntryOfARecordingByItsTranscript)
     EXPECT_TRUE(itemExists(source));
 }
 
+TEST_F(HistoryStore, copiesItsOwnRecordingBeforeTheReplacedEntryTakesItAway)
+{
+    const QString source = recording("meeting.m4a");
+    store().addEntry({.text = "first", .sourceLabel = source, .recordingPath = source});
+    for (const char *detour : {"", "/../recordings/"}) {
+        const Entry old = store().entries().first();
+        const QString stored = old.recordingPath.value();
+        const QString named = *detour ? path("recordings") + detour + QFileInfo(stored).fileName() : stored;
+        store().addEntry({.text = "next", .sourceLabel = source, .recordingPath = named, .replaceExisting = true});
+        EXPECT_EQ(store().errorMessage(), std::nullopt);
+        ASSERT_EQ(store().entries().size(), 1);
+        const QString copy = store().entries().first().recordingPath.value_or("none");
+        EXPECT_NE(copy, stored);
+        EXPECT_EQ(readFile(copy), "sound");
+        EXPECT_EQ(namesIn("recordings"), QStringList{QFileInfo(copy).fileName()});
+        EXPECT_FALSE(itemExists(old.txtPath));
+        EXPECT_EQ(saved(), store().entries());
+    }
+}
+
+TEST_F(HistoryStore, comparesRecordingPathsCharacterByCharacter)
+{
+    const QStringList paths{"/r/a.wav", "/r//a.wav", "/r/./a.wav", "/r/A.wav", "/r/a.wav/"};
+    QList<Entry> entries;
+    for (const QString &other : paths) {
+        entries.append(historyEntry(QString::number(entries.size())));
+        entries.last().recordingPath = other;
+    }
+    putHistory(encodedHistory(entries));
+    store().addEntry({.text = "x", .sourceLabel = "s", .recordingPath = "/r/a.wav", .replaceExisting = true});
+    EXPECT_EQ(historyIds(store().entries()), (QStringList{"1770000000123-0000aa", "1", "2", "3", "4"}));
+}
+
+TEST_F(HistoryStore, deletesTextsAndSubtitlesWhereverTheyLie)
+{
+    Entry entry = historyEntry("1");
+    entry.txtPath = recording("a.txt");
+    entry.srtPath = recording("a.srt");
+    putHistory(encodedHistory({entry}));
+    store().deleteEntry("1");
+    EXPECT_FALSE(itemExists(entry.txtPath));
+    EXPECT_FALSE(itemExists(*entry.srtPath));
+}
+
+TEST_F(HistoryStore, clearsAwayOldUnfinishedFilesAtTheStart)
+{
+    store();
+    const QStringList old{path(".sorvanta-abcdef"), path("transcripts/.sorvanta-abcdef")};
+    for (const QString &name : old) {
+        QFile file(name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-90), QFile::FileModificationTime));
+    }
+    writeFileAtomically(path(".sorvanta-recent"), "not of this form");
+    writeFileAtomically(path(".sorvanta-fedcba"), "in use");
+    EXPECT_EQ(storeAfterRestart().errorMessage(), std::nullopt);
+    EXPECT_EQ(namesIn(""), (QStringList{".sorvanta-fedcba", ".sorvanta-recent", "recordings", "transcripts"}));
+    EXPECT_EQ(namesIn("transcripts"), QStringList());
+}
+
 TEST_F(HistoryStore, keepsTwoRunsOverTheSameFileApart)
 {
     store().addEntry({.text = "one", .sourceLabel = "/a.wav"});

@@ -10,6 +10,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <sys/stat.h>
+
 using namespace sorvanta;
 
 namespace {
@@ -123,6 +125,8 @@ TEST_F(ModelsSettingsViewModelTest, aFileThatCannotBeRemovedBecomesAFailureUntil
         std::get<ModelStatus::Failed>(status).text.startsWith(u"Could not remove file: “ggml-tiny.bin” couldn’t"_qs))
         << std::get<ModelStatus::Failed>(status).text.toStdString();
     EXPECT_TRUE(models.downloadedModels().isEmpty()) << "a failed model is not listed, though a file lies there";
+    EXPECT_TRUE(QDir(modelsFolder() + QStringLiteral("/ggml-tiny.bin/full")).exists()) << "what lies there stays";
+    EXPECT_TRUE(models.localURL(model(QStringLiteral("tiny"))));
 
     QDir(modelsFolder() + QStringLiteral("/ggml-tiny.bin")).removeRecursively();
     models.refreshStatuses();
@@ -150,6 +154,45 @@ TEST_F(ModelsSettingsViewModelTest, aFolderThatCannotBeMadeLeavesAllNotDownloade
     const ModelsSettingsViewModel models(folder.path());
     EXPECT_TRUE(models.downloadedModels().isEmpty());
     EXPECT_THROW(models.modelsDirectory(), Error);
+}
+
+TEST_F(ModelsSettingsViewModelTest, aPlainFileInTheFoldersPlaceLeavesAllNotDownloadedAndStays)
+{
+    QDir().mkpath(folder.filePath(QStringLiteral("Sorvanta")));
+    ASSERT_TRUE(QFile(modelsFolder()).open(QIODevice::WriteOnly));
+    ModelsSettingsViewModel models(folder.path());
+    EXPECT_EQ(models.modelsDirectory(), modelsFolder()) << "something lies there, so nothing is made";
+    EXPECT_TRUE(models.downloadedModels().isEmpty());
+    models.deleteLocalCopy(model(QStringLiteral("tiny")));
+    EXPECT_TRUE(isNotDownloaded(models.status(model(QStringLiteral("tiny")))));
+    EXPECT_TRUE(QFileInfo(modelsFolder()).isFile());
+}
+
+TEST_F(ModelsSettingsViewModelTest, theFolderIsMadeForTheUserAlone)
+{
+    ::umask(022);
+    const ModelsSettingsViewModel models(folder.path());
+    for (const QString &made : {folder.filePath(QStringLiteral("Sorvanta")), modelsFolder()}) {
+        struct stat status { };
+        ASSERT_EQ(::stat(QFile::encodeName(made).constData(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, 0700u) << made.toStdString();
+    }
+}
+
+TEST_F(ModelsSettingsViewModelTest, theFoldersPathIsStandardized)
+{
+    makeFile(QStringLiteral("ggml-tiny.bin"));
+    const ModelsSettingsViewModel models(folder.path() + QStringLiteral("//gone/.././"));
+    EXPECT_EQ(models.modelsDirectory(), modelsFolder());
+    EXPECT_EQ(models.localURL(model(QStringLiteral("tiny"))), modelsFolder() + QStringLiteral("/ggml-tiny.bin"));
+    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("gone"))));
+}
+
+TEST_F(ModelsSettingsViewModelTest, deletingWithoutAFolderForDataFindsNoFile)
+{
+    ModelsSettingsViewModel models(std::nullopt);
+    models.deleteLocalCopy(model(QStringLiteral("tiny")));
+    EXPECT_TRUE(isNotDownloaded(models.status(model(QStringLiteral("tiny")))));
 }
 
 } // namespace

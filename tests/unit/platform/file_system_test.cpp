@@ -4,6 +4,7 @@
 #include "platform/error.h"
 #include "support/printing.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -72,6 +73,15 @@ TEST_F(FileSystem, readsFilesThatTellNoSize)
     EXPECT_GT(readFile("/proc/self/maps").size(), 1000);
 }
 
+TEST_F(FileSystem, tellsThatMemoryDoesNotSufficeForAFile)
+{
+    QTemporaryDir other("/dev/shm/huge-XXXXXX");
+    const QString huge = other.filePath("huge");
+    writeFileAtomically(huge, "x");
+    ASSERT_EQ(::truncate(QFile::encodeName(huge).constData(), off_t(1) << 62), 0);
+    EXPECT_EQ(failureOf([&] { readFile(huge); }), "263 The file “huge” couldn’t be opened.");
+}
+
 TEST_F(FileSystem, tellsWhyAFileCannotBeRead)
 {
     ASSERT_EQ(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
@@ -110,6 +120,49 @@ TEST_F(FileSystem, writesThroughASymbolicLink)
     writeFileAtomically(path("link"), "new");
     EXPECT_TRUE(QFileInfo(path("link")).isSymLink());
     EXPECT_EQ(readFile(path("elsewhere/real")), "new");
+}
+
+TEST_F(FileSystem, writesThroughSymbolicLinksToWhereNothingLiesYet)
+{
+    QDir(folder.path()).mkdir("elsewhere");
+    ASSERT_TRUE(QFile::link("elsewhere/second", path("first")));
+    ASSERT_TRUE(QFile::link("../real", path("elsewhere/second")));
+    writeFileAtomically(path("first"), "new");
+    EXPECT_TRUE(QFileInfo(path("first")).isSymLink());
+    EXPECT_TRUE(QFileInfo(path("elsewhere/second")).isSymLink());
+    EXPECT_FALSE(QFileInfo(path("real")).isSymLink());
+    EXPECT_EQ(readFile(path("real")), "new");
+}
+
+TEST_F(FileSystem, keepsALinkThatItCannotFollow)
+{
+    ASSERT_TRUE(QFile::link(path("gone/real"), path("lost")));
+    ASSERT_TRUE(QFile::link(path("loop"), path("loop")));
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(path("lost"), "new"); }), "4 The folder “gone” doesn’t exist.");
+    EXPECT_EQ(failureOf([&] { writeFileAtomically(path("loop"), "new"); }),
+              "512 The file “loop” couldn’t be saved in the folder “" + folderName() + "”.");
+    EXPECT_TRUE(QFileInfo(path("lost")).isSymLink());
+    EXPECT_TRUE(QFileInfo(path("loop")).isSymLink());
+    EXPECT_EQ(names(), (QStringList{"loop", "lost"}));
+}
+
+TEST_F(FileSystem, removesUnfinishedFilesOnceTheyAreOld)
+{
+    const auto age = [&](const QString &name, int seconds) {
+        QFile file(path(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFile::FileModificationTime));
+    };
+    const QStringList kept{".sorvanta-Ab12cd", ".sorvanta-abcde", ".sorvanta-abcdefg", "a.sorvanta-abcdef", "h.json"};
+    for (const QString &name : kept)
+        age(name, name == ".sorvanta-Ab12cd" ? 30 : 90);
+    age(".sorvanta-Xy12cd", 90);
+    makeFolder(path("inner"));
+    age("inner/.sorvanta-Xy12cd", 90);
+    removeUnfinishedFiles(path("gone"));
+    removeUnfinishedFiles(folder.path());
+    EXPECT_EQ(names(), kept + QStringList{"inner"});
+    EXPECT_TRUE(itemExists(path("inner/.sorvanta-Xy12cd")));
 }
 
 TEST_F(FileSystem, leavesNoLitterWhenAWriteFails)
@@ -194,10 +247,16 @@ TEST_F(FileSystem, tellsWhyAFileCannotBeCopiedAndKeepsWhatIsThere)
 
 TEST_F(FileSystem, leavesNoHalfCopyBehind)
 {
-    // The kernel tells a size and then refuses to give the bytes.
-    EXPECT_EQ(failureOf([&] { copyFile("/proc/self/mem", path("c")); }),
-              "512 The file “c” couldn’t be saved in the folder “" + folderName() + "”.");
+    // The kernel opens it and then refuses to give the bytes: that is no fault of the copy.
+    EXPECT_EQ(failureOf([&] { copyFile("/proc/self/mem", path("c")); }), "256 The file “mem” couldn’t be opened.");
     EXPECT_EQ(names(), QStringList());
+}
+
+TEST_F(FileSystem, copiesWhatTheSystemDoesNotCopyByItself)
+{
+    copyFile("/proc/self/cmdline", path("c"));
+    EXPECT_EQ(readFile(path("c")), readFile("/proc/self/cmdline"));
+    EXPECT_TRUE(readFile(path("c")).contains("platform_test"));
 }
 
 TEST_F(FileSystem, makesMissingFoldersForTheUserAlone)
@@ -253,6 +312,34 @@ TEST_F(FileSystem, seesWhateverLiesAtAPath)
     EXPECT_FALSE(itemExists(path("gone")));
     EXPECT_FALSE(itemExists(""));
     EXPECT_FALSE(itemExists(path(longName)));
+}
+
+TEST_F(FileSystem, takesForMissingOnlyWhatIsCertainlyNotThere)
+{
+    put("file", "");
+    QFile::link(path("gone"), path("broken"));
+    QFile::link(path("loop"), path("loop"));
+    EXPECT_TRUE(itemIsMissing(path("gone")));
+    EXPECT_TRUE(itemIsMissing(path("gone/a")));
+    EXPECT_TRUE(itemIsMissing(path("file/a")));
+    EXPECT_TRUE(itemIsMissing(path("broken")));
+    EXPECT_FALSE(itemIsMissing(path("file")));
+    EXPECT_FALSE(itemIsMissing(folder.path()));
+    EXPECT_FALSE(itemIsMissing(path("loop")));
+    EXPECT_EQ(failureOf([&] { copyFile(path("loop"), path("copy")); }), "256 The file “loop” couldn’t be opened.");
+}
+
+TEST_F(FileSystem, knowsAnItemByWhateverNameItGoes)
+{
+    put("file", "same");
+    put("other", "same");
+    QFile::link(path("file"), path("link"));
+    EXPECT_TRUE(isSameItem(path("file"), path("file")));
+    EXPECT_TRUE(isSameItem(path("file"), path(".//file")));
+    EXPECT_TRUE(isSameItem(path("link"), path("file")));
+    EXPECT_FALSE(isSameItem(path("file"), path("other")));
+    EXPECT_FALSE(isSameItem(path("gone"), path("gone")));
+    EXPECT_FALSE(isSameItem(path("file"), path("gone")));
 }
 
 TEST_F(FileSystem, takesAPathWithAZeroForNoPathAtAll)

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 using namespace sorvanta;
@@ -26,6 +27,26 @@ TEST(Folders, theTemporaryFolderIsThatOfTheSystem)
     qputenv("TMPDIR", file.fileName().toUtf8());
     EXPECT_EQ(temporaryFolder(), u"/tmp"_qs) << "no folder";
     before.isEmpty() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", before);
+}
+
+TEST(Folders, theFolderForDataIsTheOneThatTheUserNamesIfItIsAbsolute)
+{
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    const QByteArray home = qgetenv("HOME");
+    QStandardPaths::setTestModeEnabled(false);
+    qputenv("HOME", "/home/me");
+    const auto folderFor = [](const QByteArray &named) {
+        qputenv("XDG_DATA_HOME", named);
+        return applicationSupportFolder();
+    };
+    EXPECT_EQ(folderFor("/data"), u"/data"_qs);
+    EXPECT_EQ(folderFor("//data//of/./me/../you//"), u"/data/of/you"_qs);
+    EXPECT_EQ(folderFor(""), u"/home/me/.local/share"_qs);
+    EXPECT_EQ(folderFor("data"), u"/home/me/.local/share"_qs);
+    EXPECT_EQ(folderFor("./data"), u"/home/me/.local/share"_qs);
+    before.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", before);
+    home.isNull() ? qunsetenv("HOME") : qputenv("HOME", home);
+    QStandardPaths::setTestModeEnabled(true);
 }
 
 TEST(Folders, temporaryPathsAreNamedByNewUuids)

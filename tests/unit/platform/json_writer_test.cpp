@@ -2,7 +2,11 @@
 
 #include "support/printing.h"
 
+#include <QStringList>
+
 #include <gtest/gtest.h>
+
+#include <random>
 
 using namespace sorvanta;
 
@@ -159,6 +163,23 @@ TEST(JsonWriter, writesEachCodePointAsItsUtf8)
             continue;
         const QString text = QString::fromUcs4(&character, 1);
         ASSERT_EQ(stringDocument(text), '"' + text.toUtf8() + '"') << quint32(character);
+    }
+}
+
+TEST(JsonWriter, writesMixedScriptsLikeTheirSingleCharacters)
+{
+    const QStringList pieces{"a",  "plain text", "ü",  "ß",  "Ω", "会", "議は三時に始まります",
+                             "。", "🎙",       "\"", "\n", "/"};
+    std::mt19937 random(20);
+    for (int round = 0; round < 2000; ++round) {
+        QString text;
+        QByteArray expected;
+        for (int i = 0; i < 12; ++i) {
+            const QString &piece = pieces[static_cast<qsizetype>(random() % static_cast<unsigned>(pieces.size()))];
+            text += piece;
+            expected += piece == "\n" ? "\\n" : piece == "\"" ? "\\\"" : piece.toUtf8();
+        }
+        ASSERT_EQ(stringDocument(text), '"' + expected + '"');
     }
 }
 

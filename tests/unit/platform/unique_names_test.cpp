@@ -35,4 +35,12 @@ TEST(FreePath, countsOnFromTwoWhileSomethingLiesThere)
         << "a link to nowhere takes its name too";
 }
 
+TEST(FreePath, needsNoExtension)
+{
+    QTemporaryDir folder;
+    EXPECT_EQ(freePath(folder.path(), u"talk"_qs, QString()), folder.filePath(u"talk"_qs));
+    ASSERT_TRUE(QFile(folder.filePath(u"talk"_qs)).open(QIODevice::WriteOnly));
+    EXPECT_EQ(freePath(folder.path(), u"talk"_qs, QString()), folder.filePath(u"talk-2"_qs));
+}
+
 } // namespace
