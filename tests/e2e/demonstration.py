@@ -77,6 +77,7 @@ def show(session, build, results):
     step("Transcribing")
     window.press("Transcribe")
     follow(window)
+    session.focus("Sorvanta")
     screenshot = results / "screenshot.png"
     session.screenshot(screenshot)
     history = session.data / "sorvanta/transcription-history.json"
