@@ -1,5 +1,6 @@
 #include "core/audio_preparer.h"
 
+#include "core/audio_preparation.h"
 #include "platform/error.h"
 #include "support/media_files.h"
 #include "support/printing.h"
@@ -154,6 +155,24 @@ TEST(ConvertToWav, runsOnAThreadWithTheNameOfItsQueue)
     EXPECT_TRUE(becomesTrue([] { return hasThread("sv.wav.convert"); }));
     worker.get();
     EXPECT_TRUE(becomesTrue([] { return !hasThread("sv.wav.convert"); }));
+}
+
+TEST(PrepareAudio, convertsOnTheQueueThatItsSettingsName)
+{
+    MediaFolder folder;
+    const QString source = makeLongWav(folder, u"long.mp4"_qs);
+    const AudioPreparer preparer(TemporaryFiles(), limited(2s));
+    const PreparationReport silent = {.status = [] { return QString(); },
+                                      .setStatus = [](const QString &) {},
+                                      .error = [] { return std::nullopt; },
+                                      .setError = [](const QString &) {},
+                                      .endRun = [] {},
+                                      .refreshPlaybackState = [] {}};
+    auto worker =
+        std::async(std::launch::async, [&] { return prepareAudio(source, batchPreparation(), preparer, silent); });
+    EXPECT_TRUE(becomesTrue([] { return hasThread("sv.batch.wav.co"); })) << "as much of it as the system takes";
+    worker.get();
+    QCoreApplication::processEvents();
 }
 
 TEST(ConvertToWav, aTimeOutIsAFailureThatLeavesNothingAndBurnsNothing)
