@@ -92,8 +92,9 @@ TEST(KilledProcess, losesNoRecordingWhileItsTranscriptTakesItsPlace)
         // The text of the newest one may just have given way to that of its successor, which did not come.
         newestAtAKill.insert(entries.first().id);
         for (const TranscriptionHistoryEntry &entry : entries) {
-            if (!newestAtAKill.contains(entry.id) || itemExists(entry.txtPath))
+            if (!newestAtAKill.contains(entry.id) || itemExists(entry.txtPath)) {
                 ASSERT_EQ(readFile(entry.txtPath), entry.text.toUtf8());
+            }
         }
         recordings = entries.size();
     }
