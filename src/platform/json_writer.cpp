@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <utility>
 
@@ -74,23 +73,12 @@ constexpr qsizetype blockSize = 8;
 
 constexpr quint64 everyLane = 0x0001000100010001;
 
-/// Sets the highest bit of each lane whose unit is not ASCII or has to be escaped, and of no lane else before the
-/// first of them.
+/// Sets the highest bit of each lane, all of which are below 0x80, whose unit has to be escaped.
 inline quint64 specialLanes(quint64 lanes, char16_t escapedSlash)
 {
-    const quint64 beyondAscii = lanes | ((lanes & (everyLane * 0x7F80)) + everyLane * 0x7F80);
-    // An ASCII lane turns negative only if it is smaller than what is taken from it, or if its neighbour did.
-    const quint64 escaped = (lanes - everyLane * 0x20) | ((lanes ^ (everyLane * '"')) - everyLane)
-                            | ((lanes ^ (everyLane * '\\')) - everyLane)
-                            | ((lanes ^ (everyLane * escapedSlash)) - everyLane);
-    return (beyondAscii | escaped) & (everyLane * 0x8000);
-}
-
-/// How many lanes come before the first one of which a bit is set.
-inline qsizetype lanesBefore(quint64 bits)
-{
-    static_assert(std::endian::native == std::endian::little, "the first unit is the lowest lane");
-    return std::countr_zero(bits) / 16;
+    // A lane turns negative only if it is smaller than what is taken from it.
+    return (lanes - everyLane * 0x20) | ((lanes ^ (everyLane * '"')) - everyLane)
+           | ((lanes ^ (everyLane * '\\')) - everyLane) | ((lanes ^ (everyLane * escapedSlash)) - everyLane);
 }
 
 /// The low bytes of four lanes, side by side.
@@ -100,31 +88,21 @@ inline quint32 narrowed(quint64 lanes)
     return static_cast<quint32>(lanes | (lanes >> 16));
 }
 
-/// Writes the units at the beginning of a block that are ASCII and stand for themselves; what comes behind them in the
-/// block's room counts for nothing. @return how many they are
-inline qsizetype writePlainUnits(char *out, const char16_t *block, char16_t escapedSlash)
+/// Writes a block of units if each of them is ASCII and stands for itself. @return false if it is not so
+inline bool writePlainBlock(char *out, const char16_t *units, char16_t escapedSlash)
 {
     std::array<quint64, 2> lanes;
-    std::memcpy(lanes.data(), block, sizeof lanes);
+    std::memcpy(lanes.data(), units, sizeof lanes);
+    if (((lanes[0] | lanes[1]) & (everyLane * 0xFF80)) != 0)
+        return false;
+    if (((specialLanes(lanes[0], escapedSlash) | specialLanes(lanes[1], escapedSlash)) & (everyLane * 0x8000)) != 0)
+        return false;
     const std::array<quint32, 2> bytes{narrowed(lanes[0]), narrowed(lanes[1])};
     std::memcpy(out, bytes.data(), sizeof bytes);
-    const qsizetype half = lanesBefore(specialLanes(lanes[0], escapedSlash));
-    return half < blockSize / 2 ? half : half + lanesBefore(specialLanes(lanes[1], escapedSlash));
+    return true;
 }
 
-/// Writes the characters of two and three bytes that begin at `i`, and moves `i` behind them.
-inline char *writeRunBeyondAscii(char *out, const char16_t *units, qsizetype &i, qsizetype end)
-{
-    for (; i < end; ++i) {
-        const char16_t unit = units[i];
-        if (unit < 0x80 || QChar::isSurrogate(unit))
-            break;
-        out = writeUtf8(out, unit);
-    }
-    return out;
-}
-
-/// Writes the ASCII character or the character of two surrogates that begins at `i`, and moves `i` behind it.
+/// Writes the character that begins at `i` and moves `i` behind it.
 inline char *writeCharacter(char *out, QStringView text, qsizetype &i, char16_t escapedSlash)
 {
     const char16_t unit = text.utf16()[i++];
@@ -134,6 +112,8 @@ inline char *writeCharacter(char *out, QStringView text, qsizetype &i, char16_t 
         *out = static_cast<char>(unit);
         return out + 1;
     }
+    if (!QChar::isSurrogate(unit))
+        return writeUtf8(out, unit);
     if (QChar::isHighSurrogate(unit) && i < text.size() && text[i].isLowSurrogate())
         return writeUtf8(out, QChar::surrogateToUcs4(unit, text[i++].unicode()));
     return writeUtf8(out, QChar::ReplacementCharacter);
@@ -232,16 +212,13 @@ void JsonWriter::appendQuoted(QStringView text)
         char *out = room(longestUnit * unitsAtOnce);
         const qsizetype end = std::min(text.size(), i + unitsAtOnce);
         while (i < end) {
-            if (end - i >= blockSize) {
-                const qsizetype count = writePlainUnits(out, text.utf16() + i, escapedSlash);
-                out += count;
-                i += count;
-                if (count == blockSize)
-                    continue;
+            if (end - i >= blockSize && writePlainBlock(out, text.utf16() + i, escapedSlash)) {
+                out += blockSize;
+                i += blockSize;
+                continue;
             }
-            const qsizetype start = i;
-            out = writeRunBeyondAscii(out, text.utf16(), i, end);
-            if (i == start)
+            const qsizetype stop = std::min(end, i + blockSize);
+            while (i < stop)
                 out = writeCharacter(out, text, i, escapedSlash);
         }
         m_size = out - m_bytes.constData();
