@@ -14,6 +14,7 @@ set(SORVANTA_SANITIZE "" CACHE STRING "Empty, \"address\" (with undefined behavi
 set_property(CACHE SORVANTA_SANITIZE PROPERTY STRINGS "" address thread)
 if(SORVANTA_SANITIZE STREQUAL "address")
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_compile_options(-Wno-maybe-uninitialized) # GCC 12 warns of its own instrumentation
   add_link_options(-fsanitize=address,undefined)
 elseif(SORVANTA_SANITIZE STREQUAL "thread")
   add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
