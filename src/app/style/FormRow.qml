@@ -1,7 +1,7 @@
 import QtQuick
 
-// A row of a form card: what it is at the left, with a hint under it, and the control at the right, 280 wide. The
-// name of the control for assistive technology is its own to say.
+// A row of a form card: what it is at the left, with a hint under it, and the control at the right, 280 wide; in a
+// narrow card the control stands below. The name of the control for assistive technology is its own to say.
 Item {
     id: row
 
@@ -9,14 +9,16 @@ Item {
     property string hint
     default property alias control: slot.data
 
+    readonly property bool isNarrow: width < 480
+
     implicitWidth: 480
-    implicitHeight: Math.max(56, words.implicitHeight + 18)
+    implicitHeight: Math.max(56, words.implicitHeight + 18 + (isNarrow ? slot.height + 8 : 0))
 
     Column {
         id: words
 
-        anchors.verticalCenter: parent.verticalCenter
-        width: row.width - slot.width - 16
+        y: row.isNarrow ? 9 : Math.round((row.height - height) / 2)
+        width: row.isNarrow ? row.width : row.width - slot.width - 16
         spacing: 3
 
         LabelText {
@@ -37,8 +39,8 @@ Item {
     Item {
         id: slot
 
-        anchors.right: parent.right
-        anchors.verticalCenter: parent.verticalCenter
+        x: row.isNarrow ? 0 : row.width - width
+        y: row.isNarrow ? words.y + words.height + 8 : Math.round((row.height - height) / 2)
         width: Theme.pickerWidth
         height: childrenRect.height
     }
