@@ -1,12 +1,14 @@
 #include "file_screen_test.h"
 
 #include "platform/file_types.h"
+#include "support/cramped_folder.h"
 
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QRegularExpression>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 using namespace sorvanta;
 using testing::ElementsAre;
@@ -169,7 +171,8 @@ TEST_F(FileScreenChoice, droppedDataGoesToATemporaryFileThatLivesAsLongAsTheScre
 
 TEST_F(FileScreenChoice, droppedDataThatCannotBeKeptIsSaidInTheError)
 {
-    qputenv("TMPDIR", "/proc/self"); // where nobody can put a file
+    QTemporaryDir folder;
+    qputenv("TMPDIR", crampedFolder(folder.path()).toUtf8());
     screen->dropData("data");
     EXPECT_FALSE(screen->hasFile());
     ASSERT_TRUE(run().error());
