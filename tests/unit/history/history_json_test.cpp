@@ -232,4 +232,20 @@ TEST(HistoryOrder, staysWhenItIsRightAlready)
     EXPECT_TRUE(none.isEmpty());
 }
 
+TEST(HistoryJson, aLongHistoryHasTheLayoutOfAShortOne)
+{
+    QList<TranscriptionHistoryEntry> entries;
+    QByteArray expected = "[";
+    for (int i = 0; i < 1001; ++i) {
+        entries.append(historyEntry(QString::number(i)));
+        QByteArray alone = encodedHistory({entries.last()});
+        alone.remove(0, 1); // the brackets
+        alone.chop(2);
+        expected += (i > 0 ? "," : "") + alone;
+    }
+    expected += "\n]";
+    EXPECT_EQ(encodedHistory(entries), expected);
+    EXPECT_EQ(decodedHistory(expected), entries);
+}
+
 } // namespace
