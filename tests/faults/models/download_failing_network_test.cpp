@@ -1,3 +1,4 @@
+#include "models/models_settings_view_model.h"
 #include "platform/https_transfer.h"
 
 #include "support/printing.h"
@@ -5,21 +6,27 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTest>
 #include <QThread>
 
 #include <atomic>
+#include <cerrno>
 #include <future>
 
+#include <dlfcn.h>
 #include <ifaddrs.h>
 #include <net/if.h>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <pthread.h>
 
 using namespace sorvanta;
 
 namespace {
 
 std::atomic<bool> hasWayOut = true;
+std::atomic<bool> hasThreads = true;
 std::atomic<int> lookUpTime = 0; // milliseconds
 
 sockaddr_in anyAddress = {};
@@ -30,8 +37,8 @@ ifaddrs loopback = {};
 
 } // namespace
 
-// The system's answers, in the place of its own functions: a name service that knows nobody, and a machine with or
-// without a network card.
+// The system's answers, in the place of its own functions: a name service that knows nobody, a machine with or without
+// a network card, and no more threads.
 
 extern "C" int getaddrinfo(const char *, const char *, const addrinfo *, addrinfo **)
 {
@@ -54,6 +61,13 @@ extern "C" int getifaddrs(ifaddrs **interfaces) noexcept
     return 0;
 }
 
+extern "C" int pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*work)(void *),
+                              void *argument) noexcept
+{
+    static const auto create = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+    return hasThreads ? create(thread, attributes, work, argument) : EAGAIN;
+}
+
 extern "C" void freeifaddrs(ifaddrs *) noexcept { }
 
 namespace {
@@ -73,6 +87,7 @@ protected:
     {
         qputenv("no_proxy", "*");
         hasWayOut = true;
+        hasThreads = true;
         lookUpTime = 0;
     }
 
@@ -113,6 +128,17 @@ TEST_F(FailingNetwork, aCancelDoesNotWaitForTheNameService)
     transfer.cancel();
     EXPECT_EQ(recorder->end.get_future().get()->code(), -999);
     EXPECT_LT(timer.elapsed(), 1'500);
+}
+
+TEST_F(FailingNetwork, aDownloadThatGetsNoThreadFails)
+{
+    QTemporaryDir folder;
+    ModelsSettingsViewModel models(folder.path());
+    const ModelInfo &model = models.availableModels().last();
+    hasThreads = false;
+    models.startDownload(model);
+    ASSERT_TRUE(QTest::qWaitFor([&models] { return models.activeDownloads().isEmpty(); }));
+    EXPECT_EQ(models.status(model), Status(ModelStatus::Failed{u"The system could not start a thread."_qs}));
 }
 
 } // namespace
