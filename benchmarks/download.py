@@ -59,7 +59,7 @@ def compare(server, folder, options):
     environment = {name: value for name, value in os.environ.items() if not name.lower().endswith("_proxy")}
     environment["SSL_CERT_FILE"] = str(server.authority)
     target = folder / "by-curl"
-    fetch = ["curl", "-sS", "--fail", "-o", target, server.url]
+    fetch = ["curl", "-sS", "--fail", "--cacert", server.authority, "-o", target, server.url]
 
     def by_curl():
         subprocess.run(fetch, env=environment, check=True)

@@ -15,7 +15,8 @@ class ModelServer {
 public:
     ModelServer()
     {
-        for (const char *name : {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"})
+        for (const char *name :
+             {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY", "SSL_CERT_DIR"})
             qunsetenv(name);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start("/usr/bin/python3", {SORVANTA_TEST_MODEL_SERVER, m_folder.path()});

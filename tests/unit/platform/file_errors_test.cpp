@@ -85,6 +85,17 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"EACCES", copyingError("/music/a.wav", path, EACCES), 513,
                   "You don’t have permission to save the file “talk.txt” in the folder “folder”."}));
 
+INSTANTIATE_TEST_SUITE_P(
+    Moving, FileErrors,
+    testing::Values(
+        ErrorCase{"ENOENT", movingError("/music/a.wav", path, ENOENT), 4,
+                  "“a.wav” couldn’t be moved to “folder” because either the former doesn’t exist, or the folder "
+                  "containing the latter doesn’t exist."},
+        ErrorCase{"EEXIST", movingError("/music/a.wav", path, EEXIST), 516,
+                  "“a.wav” couldn’t be moved to “folder” because an item with the same name already exists."},
+        ErrorCase{"EACCES", movingError("/music/a.wav", path, EACCES), 513,
+                  "You don’t have permission to save the file “talk.txt” in the folder “folder”."}));
+
 INSTANTIATE_TEST_SUITE_P(Decoding, FileErrors,
                          testing::Values(ErrorCase{"format", incorrectFormatError(), 4864,
                                                    "The data couldn’t be read because it isn’t in the correct format."},

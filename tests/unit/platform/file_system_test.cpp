@@ -259,6 +259,26 @@ TEST_F(FileSystem, copiesWhatTheSystemDoesNotCopyByItself)
     EXPECT_TRUE(readFile(path("c")).contains("platform_test"));
 }
 
+TEST_F(FileSystem, movesAFileOverAnother)
+{
+    put("new", "n");
+    put("old", "o");
+    moveItem(path("new"), path("old"));
+    EXPECT_EQ(names(), QStringList("old"));
+    EXPECT_EQ(readFile(path("old")), "n");
+}
+
+TEST_F(FileSystem, tellsWhyAFileCannotBeMovedAndKeepsIt)
+{
+    put("a", "x");
+    EXPECT_EQ(failureOf([this] { moveItem(path("a"), path("gone/a")); }),
+              "4 “a” couldn’t be moved to “gone” because either the former doesn’t exist, or the folder containing the "
+              "latter doesn’t exist.");
+    QDir(folder.path()).mkpath("full/folder");
+    EXPECT_EQ(failureOf([this] { moveItem(path("a"), path("full")); }).first(3), "512");
+    EXPECT_EQ(readFile(path("a")), "x");
+}
+
 TEST_F(FileSystem, makesMissingFoldersForTheUserAlone)
 {
     makeFolder(path("a/b/c"));
