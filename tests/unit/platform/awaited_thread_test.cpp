@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QThread>
 
 #include <memory>
@@ -45,6 +46,16 @@ TEST(AwaitedThread, letsGoOfWhatTheWorkHeld)
     while (!watched.expired() && timer.elapsed() < 5'000)
         QThread::msleep(1);
     EXPECT_TRUE(watched.expired());
+}
+
+TEST(AwaitedThread, comesToItsEndBeforeTheApplicationGoes)
+{
+    QProcess process;
+    process.start(AWAITED_THREAD_RUN, QStringList());
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 0);
+    EXPECT_EQ(process.readAllStandardOutput(), "The work is done.\n");
 }
 
 } // namespace
