@@ -15,7 +15,7 @@ using namespace sorvanta;
 
 namespace sorvanta {
 
-void PrintTo(const TranscriptSegment &segment, std::ostream *out)
+static void PrintTo(const TranscriptSegment &segment, std::ostream *out)
 {
     *out << (segment.start + '|' + segment.end + '|' + segment.text).toStdString();
 }
