@@ -1,13 +1,16 @@
 #include "history/history_file.h"
 
 #include "history/history_json.h"
-#include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "platform/paths.h"
 #include "platform/unique_names.h"
 
 #include <QDateTime>
+
+#include <utility>
+
+#include <fcntl.h>
 
 namespace sorvanta {
 
@@ -19,6 +22,7 @@ HistoryFile::HistoryFile(QString path, std::function<double()> secondsSince1970)
 
 QList<TranscriptionHistoryEntry> HistoryFile::read()
 {
+    m_written.reset();
     try {
         QList<TranscriptionHistoryEntry> entries;
         if (!itemIsMissing(m_path))
@@ -36,11 +40,40 @@ QList<TranscriptionHistoryEntry> HistoryFile::read()
 
 void HistoryFile::write(const QList<TranscriptionHistoryEntry> &entries)
 {
+    m_written.reset();
     if (m_copyPath)
         copyAside();
     AtomicFile file(m_path);
     encodeHistory(entries, [&file](QByteArrayView bytes) { file.write(bytes); });
-    file.commit();
+    commit(file, entries.size());
+}
+
+void HistoryFile::writeWithNewEntry(const QList<TranscriptionHistoryEntry> &entries)
+{
+    const std::optional<Written> others = std::exchange(m_written, std::nullopt);
+    const bool isTheNewOneAllThatDiffers = others && others->entryCount > 0 && others->entryCount + 1 == entries.size();
+    if (!isTheNewOneAllThatDiffers || !putBeforeOthers(entries.first(), *others))
+        write(entries);
+}
+
+/// @return false if that cannot be done; nothing has changed then
+bool HistoryFile::putBeforeOthers(const TranscriptionHistoryEntry &entry, const Written &others)
+{
+    const FileDescriptor previous = opened(encodedPath(m_path), O_RDONLY | O_NONBLOCK);
+    if (!previous.isOpen() || stampOf(previous.number()) != others.stamp)
+        return false;
+    AtomicFile file(m_path);
+    file.write(encodedBeforeOthers(entry));
+    if (!file.appendRestOf(previous.number(), firstEntryOffset))
+        return false;
+    commit(file, others.entryCount + 1);
+    return true;
+}
+
+void HistoryFile::commit(AtomicFile &file, qsizetype entryCount)
+{
+    if (const std::optional<FileStamp> stamp = file.commit())
+        m_written = {*stamp, entryCount};
 }
 
 QString HistoryFile::freeCopyPath() const

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "history/transcription_history_entry.h"
+#include "platform/atomic_file.h"
+#include "platform/file_descriptor.h"
 
 #include <QList>
 
@@ -26,13 +28,27 @@ public:
     /// is written.
     void write(const QList<TranscriptionHistoryEntry> &entries);
 
+    /// Does what write() does, for a list that differs from the one that was last given to this object, if at all, by
+    /// entries that were taken out and by one new entry before the others. Takes the others out of the file itself
+    /// where nothing was taken out and the file is still as it was written; that spares the work of encoding them.
+    void writeWithNewEntry(const QList<TranscriptionHistoryEntry> &entries);
+
 private:
+    /// The file as this object left it.
+    struct Written {
+        FileStamp stamp;
+        qsizetype entryCount;
+    };
+
+    bool putBeforeOthers(const TranscriptionHistoryEntry &entry, const Written &others);
+    void commit(AtomicFile &file, qsizetype entryCount);
     QString freeCopyPath() const;
     void copyAside();
 
     QString m_path;
     std::function<double()> m_secondsSince1970;
     std::optional<QString> m_copyPath; // while the file stands unread
+    std::optional<Written> m_written; // while the file is known to hold the list that was last given
 };
 
 } // namespace sorvanta

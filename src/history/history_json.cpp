@@ -162,6 +162,14 @@ QByteArray encodedHistory(const QList<Entry> &entries)
     return document;
 }
 
+QByteArray encodedBeforeOthers(const Entry &entry)
+{
+    QByteArray document = encodedHistory({entry});
+    constexpr QByteArrayView end = "\n]";
+    document.chop(end.size());
+    return document + ",\n";
+}
+
 QList<Entry> decodedHistory(const QByteArray &document)
 {
     JsonReader reader(document);

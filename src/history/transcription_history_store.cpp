@@ -73,7 +73,8 @@ void TranscriptionHistoryStore::addEntry(const HistoryAddition &addition)
         copiedFiles = removeEntries(addition.sourceLabel, addition.recordingPath);
     try {
         m_list.insertFirst(storedEntry(addition, trimmedText));
-        save();
+        m_file.writeWithNewEntry(entries());
+        m_errorMessage = std::nullopt;
         std::ranges::for_each(copiedFiles, removeIfThere);
     } catch (const Error &error) {
         fail(u"Unable to save history: "_qs, error);
@@ -99,7 +100,8 @@ void TranscriptionHistoryStore::deleteEntry(const QString &id)
         return;
     std::ranges::for_each(storedFiles(m_list.takeAt(found - entries().begin())), removeIfThere);
     try {
-        save();
+        m_file.write(entries());
+        m_errorMessage = std::nullopt;
     } catch (const Error &error) {
         fail(u"Unable to update history: "_qs, error);
     }
@@ -204,12 +206,6 @@ QString TranscriptionHistoryStore::makeId() const
 QString TranscriptionHistoryStore::makeBaseName() const
 {
     return u"whisper-"_qs + makeId();
-}
-
-void TranscriptionHistoryStore::save()
-{
-    m_file.write(entries());
-    m_errorMessage = std::nullopt;
 }
 
 void TranscriptionHistoryStore::fail(const QString &prefix, const Error &error)

@@ -104,7 +104,6 @@ private:
     std::optional<QString> storedRecording(const std::optional<QString> &recordingPath, const QString &baseName);
     QString makeId() const;
     QString makeBaseName() const;
-    void save();
     void fail(const QString &prefix, const Error &error);
 
     HistoryListModel m_list;

@@ -57,6 +57,22 @@ void AtomicFile::write(QByteArrayView bytes)
     if (!writeAll(m_file.number(), bytes))
         throw failure(errno);
     m_size += bytes.size();
+    startToFlush();
+}
+
+bool AtomicFile::appendRestOf(int source, off_t offset)
+{
+    for (;;) {
+        const ssize_t count = ::copy_file_range(source, &offset, m_file.number(), nullptr, pieceForTheDisk, 0);
+        if (count <= 0)
+            return count == 0;
+        m_size += count;
+        startToFlush();
+    }
+}
+
+void AtomicFile::startToFlush()
+{
     if (m_size - m_sizeOnItsWay < pieceForTheDisk)
         return;
     // Only a start: what goes wrong here is told by the flush at the end.
@@ -64,14 +80,17 @@ void AtomicFile::write(QByteArrayView bytes)
     m_sizeOnItsWay = m_size;
 }
 
-void AtomicFile::commit()
+std::optional<FileStamp> AtomicFile::commit()
 {
-    if (::fsync(m_file.number()) != 0 || !m_file.close()
-        || ::rename(m_temporary.constData(), m_target.constData()) != 0)
+    if (::fsync(m_file.number()) != 0)
+        throw failure(errno);
+    const std::optional<FileStamp> stamp = stampOf(m_file.number());
+    if (!m_file.close() || ::rename(m_temporary.constData(), m_target.constData()) != 0)
         throw failure(errno);
     m_unfinished.keep();
     if (!flushFolder(m_folder.number()))
         throw failure(errno);
+    return stamp;
 }
 
 Error AtomicFile::failure(int systemError) const

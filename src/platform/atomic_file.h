@@ -16,10 +16,15 @@ public:
     explicit AtomicFile(const QString &path);
 
     void write(QByteArrayView bytes);
+    /// Appends an open file from `offset` to its end without taking the bytes into memory.
+    /// @return false if the system cannot do that here; the file is then of no use any more
+    bool appendRestOf(int source, off_t offset);
     /// Flushes the file and puts it in its place. Nothing may be called after it.
-    void commit();
+    /// @return the stamp of the file that now stands there, if the system tells it
+    std::optional<FileStamp> commit();
 
 private:
+    void startToFlush();
     Error failure(int systemError) const;
 
     QByteArray m_target;

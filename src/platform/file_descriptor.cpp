@@ -6,8 +6,19 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 namespace sorvanta {
+
+std::optional<FileStamp> stampOf(int file)
+{
+    struct stat status;
+    if (::fstat(file, &status) != 0)
+        return std::nullopt;
+    constexpr qint64 nanosecondsPerSecond = 1'000'000'000;
+    return FileStamp{status.st_dev, status.st_ino, status.st_size,
+                     status.st_mtim.tv_sec * nanosecondsPerSecond + status.st_mtim.tv_nsec};
+}
 
 QByteArray encodedPath(const QString &path)
 {

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <utility>
 
 #include <sys/types.h>
@@ -61,6 +62,19 @@ public:
 private:
     QByteArray m_path;
 };
+
+/// What tells whether a file is still as it was left: another one at its path, or a write to it, makes a difference.
+struct FileStamp {
+    dev_t device;
+    ino_t number;
+    off_t size;
+    qint64 modified; ///< nanoseconds since 1970
+
+    bool operator==(const FileStamp &) const = default;
+};
+
+/// The stamp of an open file, or none if the system does not tell it.
+std::optional<FileStamp> stampOf(int file);
 
 /// A path as the system takes it; empty, which names nothing, if it holds U+0000.
 QByteArray encodedPath(const QString &path);

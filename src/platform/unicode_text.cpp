@@ -1,6 +1,7 @@
 #include "platform/unicode_text.h"
 
 #include <unicode/brkiter.h>
+#include <unicode/ucnv.h>
 #include <unicode/unistr.h>
 #include <unicode/ustring.h>
 #include <unicode/utext.h>
@@ -119,6 +120,36 @@ QString decodeUtf8WithRepair(QByteArrayView bytes)
                          bytes.data(), static_cast<int32_t>(bytes.size()), 0xFFFD, nullptr, &status);
     text.resize(U_FAILURE(status) ? 0 : length);
     return text;
+}
+
+QString decodeText(QByteArrayView bytes)
+{
+    if (bytes.size() > longestDecoded)
+        return {};
+    if (auto text = decodeUtf8(bytes)) {
+        if (text->startsWith(QChar::ByteOrderMark))
+            text->remove(0, 1);
+        return *std::move(text);
+    }
+    int32_t markSize = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    const char *encoding =
+        ucnv_detectUnicodeSignature(bytes.data(), static_cast<int32_t>(bytes.size()), &markSize, &status);
+    const QByteArrayView rest = bytes.sliced(markSize);
+    const icu::UnicodeString text(rest.data(), static_cast<int32_t>(rest.size()), encoding ? encoding : "windows-1252");
+    return QString(reinterpret_cast<const QChar *>(text.getBuffer()), text.length());
+}
+
+void repairSurrogates(QString &text)
+{
+    if (text.isValidUtf16())
+        return;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            ++i;
+        else if (text[i].isSurrogate())
+            text[i] = QChar::ReplacementCharacter;
+    }
 }
 
 } // namespace sorvanta

@@ -84,4 +84,11 @@ std::optional<QString> decodeUtf8(QByteArrayView bytes);
 /// empty text.
 QString decodeUtf8WithRepair(QByteArrayView bytes);
 
+/// The text of a file whose encoding nobody knows: UTF-8 if it is well-formed, else what a byte order mark says (UTF-8,
+/// UTF-16, UTF-32, with repair), else Windows-1252. The mark is left out. 2 GiB and more give an empty text.
+QString decodeText(QByteArrayView bytes);
+
+/// Puts U+FFFD in the place of each half of a surrogate pair that stands without the other one.
+void repairSurrogates(QString &text);
+
 } // namespace sorvanta

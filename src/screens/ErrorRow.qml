@@ -30,6 +30,10 @@ Item {
         clip: interactive
         interactive: contentHeight > height
         boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: interactive || activeFocus
+        Keys.forwardTo: [scrollKeys]
+        Accessible.role: Accessible.Pane
+        Accessible.name: "Error"
 
         ScrollBar.vertical: ScrollBar {}
 
@@ -43,6 +47,18 @@ Item {
             wrapMode: Text.Wrap
             Accessible.role: Accessible.AlertMessage
         }
+    }
+
+    ScrollKeys {
+        id: scrollKeys
+
+        view: view
+        lineHeight: words.lineSize
+    }
+
+    FocusRing {
+        visible: view.activeFocus
+        anchors.fill: view
     }
 
     PushButton {

@@ -9,6 +9,9 @@ Item {
 
     required property TranscriptionRun run
 
+    // The run ended while its button had the focus.
+    signal focusLeft
+
     implicitWidth: 480
     implicitHeight: Theme.controlHeight
 
@@ -58,5 +61,11 @@ Item {
         text: "Stop"
         role: PushButton.Destructive
         onClicked: row.run.stopRun()
+
+        // With the run the button goes, and a focus that stayed on it would be nowhere.
+        onVisibleChanged: {
+            if (!visible && activeFocus)
+                Qt.callLater(row.focusLeft);
+        }
     }
 }

@@ -16,11 +16,6 @@ Card {
     ListView {
         id: list
 
-        function scrollBy(distance) {
-            contentY = Math.max(originY - topMargin,
-                                Math.min(contentY + distance, originY + contentHeight + bottomMargin - height));
-        }
-
         objectName: "transcriptLines"
         anchors.fill: parent
         anchors.margins: 1
@@ -38,18 +33,7 @@ Card {
         Accessible.role: Accessible.List
         Accessible.name: "Transcript"
 
-        Keys.onPressed: event => {
-            const line = 42;
-            const page = height - line;
-            const distances = {
-                [Qt.Key_Up]: -line, [Qt.Key_Down]: line, [Qt.Key_PageUp]: -page, [Qt.Key_PageDown]: page,
-                [Qt.Key_Home]: -contentHeight, [Qt.Key_End]: contentHeight
-            };
-            if (distances[event.key] === undefined)
-                return;
-            scrollBy(distances[event.key]);
-            event.accepted = true;
-        }
+        Keys.forwardTo: [scrollKeys]
 
         ScrollBar.vertical: ScrollBar {
             leftPadding: 1
@@ -61,6 +45,13 @@ Card {
         delegate: TranscriptRow {
             width: ListView.view.width
         }
+    }
+
+    ScrollKeys {
+        id: scrollKeys
+
+        view: list
+        lineHeight: 42
     }
 
     BodyText {

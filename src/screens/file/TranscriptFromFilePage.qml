@@ -83,6 +83,8 @@ ScrollingPage {
     }
 
     PushButton {
+        id: startButton
+
         objectName: "startButton"
         role: PushButton.Prominent
         text: page.view.startLabel
@@ -118,6 +120,7 @@ ScrollingPage {
         visible: page.run.isTranscribing
         width: parent.width
         run: page.run
+        onFocusLeft: startButton.forceActiveFocus(Qt.OtherFocusReason)
     }
 
     Item {

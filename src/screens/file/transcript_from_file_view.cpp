@@ -1,7 +1,7 @@
 #include "screens/file/transcript_from_file_view.h"
 
 #include "core/audio_preparation.h"
-#include "export/srt_export.h"
+#include "export/text_export.h"
 #include "history/transcription_history_store.h"
 #include "platform/desktop/desktop.h"
 #include "platform/desktop/file_panels.h"
@@ -184,9 +184,10 @@ void TranscriptFromFileView::saveToHistory()
     const QString text = m_run.displayedTranscript();
     if (trimmedOfWhitespaceAndNewlines(text).isEmpty())
         return;
+    const auto segments = parseTimedSegments(m_run.rawOutput(), m_run.stripDashes());
     m_history.addEntry({
         .text = text,
-        .srtText = renderSrt(parseTimedSegments(m_run.rawOutput(), m_run.stripDashes())),
+        .srtText = renderExport(ExportFormat::srt, {.text = text, .segments = segments}),
         .sourceLabel = m_selectedFile.value_or(QStringLiteral("Unknown source")),
         .model = m_model.modelName(),
         .language = m_run.runLanguage(),

@@ -59,6 +59,59 @@ TEST_F(FilePageKeyboard, doesAllOfAJob)
     waitFor([this] { return run().status() == "Cancelled"; });
 }
 
+TEST_F(FilePageKeyboard, goesBackToTheStartWhenTheStopThatHadTheFocusIsGone)
+{
+    showPage();
+    start(at42Percent);
+    waitFor([this] { return run().progress() == 0.42; });
+    tabTo(item("stopButton"));
+    press(Qt::Key_Space);
+    waitFor([this] { return window->activeFocusItem() == item("startButton"); });
+    EXPECT_FALSE(run().isTranscribing());
+}
+
+TEST_F(FilePageKeyboard, leavesTheFocusWhereItIsWhenARunEndsElsewhere)
+{
+    showPage();
+    start(at42Percent);
+    waitFor([this] { return run().progress() == 0.42; });
+    tabTo(item("languagePicker"));
+    run().stopRun();
+    waitFor([this] { return !run().isTranscribing(); });
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window->activeFocusItem()->objectName(), "languagePicker");
+}
+
+TEST_F(FilePageKeyboard, scrollsALongErrorAndLeavesAShortOneOut)
+{
+    showPage();
+    start(failingWithLog(60));
+    waitFor([this] { return run().hasError(); });
+    auto *view = item("errorView");
+    const auto shownFrom = [view] { return view->property("contentY").toReal(); };
+    const qreal last = view->property("contentHeight").toReal() - view->height();
+    tabTo(view);
+    press(Qt::Key_Down);
+    EXPECT_GT(shownFrom(), 10);
+    EXPECT_LT(shownFrom(), 40);
+    press(Qt::Key_PageDown);
+    EXPECT_GT(shownFrom(), view->height() - 40);
+    press(Qt::Key_End);
+    EXPECT_EQ(shownFrom(), last);
+    press(Qt::Key_Down);
+    EXPECT_EQ(shownFrom(), last);
+    press(Qt::Key_PageUp);
+    EXPECT_LT(shownFrom(), last);
+    press(Qt::Key_Home);
+    EXPECT_EQ(shownFrom(), 0);
+    press(Qt::Key_Up);
+    EXPECT_EQ(shownFrom(), 0);
+
+    run().setError("Short.");
+    waitFor([view] { return !view->property("interactive").toBool(); });
+    EXPECT_FALSE(tabStops().contains("errorView"));
+}
+
 TEST_F(FilePageKeyboard, bringsWhatHasTheFocusIntoSight)
 {
     showPage(460, 300);

@@ -1,5 +1,6 @@
 #include "history/history_file.h"
 
+#include "history/history_json.h"
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "support/history_entries.h"
@@ -10,6 +11,9 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace sorvanta;
 
@@ -35,6 +39,18 @@ protected:
             return error.localizedDescription();
         }
         return "none";
+    }
+
+    /// Writes a list and then more of them, each with one more entry before the others.
+    QList<TranscriptionHistoryEntry> writtenOneByOne(const QStringList &ids)
+    {
+        QList<TranscriptionHistoryEntry> entries{historyEntry(ids.first())};
+        file.write(entries);
+        for (const QString &id : ids.sliced(1)) {
+            entries.prepend(historyEntry(id));
+            file.writeWithNewEntry(entries);
+        }
+        return entries;
     }
 
     double now = QDateTime(QDate(2026, 2, 3), QTime(4, 5, 6, 789)).toMSecsSinceEpoch() / 1000.0;
@@ -162,6 +178,105 @@ TEST_F(HistoryFiles, areNotCopiedAsideOnceTheyHaveGoneOrHaveBeenMended)
     EXPECT_EQ(readFailure(), "none");
     file.write({});
     EXPECT_EQ(names(), QStringList{"h.json"});
+}
+
+TEST_F(HistoryFiles, holdTheSameBytesWhetherEntriesCameOneByOneOrTogether)
+{
+    const QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2", "3", "4"});
+    EXPECT_EQ(historyIds(entries), (QStringList{"4", "3", "2", "1"}));
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries));
+    EXPECT_EQ(names(), QStringList{"h.json"});
+}
+
+TEST_F(HistoryFiles, takeTheirFirstEntryAfterAnEmptyListAndWithoutAFile)
+{
+    file.writeWithNewEntry({historyEntry("1")});
+    EXPECT_EQ(bytes("h.json"), encodedHistory({historyEntry("1")}));
+    file.write({});
+    file.writeWithNewEntry({historyEntry("2")});
+    EXPECT_EQ(bytes("h.json"), encodedHistory({historyEntry("2")}));
+}
+
+TEST_F(HistoryFiles, giveTheirOwnBytesToTheNextOneAsLongAsNobodyChangedThem)
+{
+    QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2"});
+    // As nobody else would: another text, and no trace of the change.
+    const QString path = folder.filePath("h.json");
+    struct stat before;
+    ASSERT_EQ(::stat(path.toUtf8().constData(), &before), 0);
+    QFile changed(path);
+    ASSERT_TRUE(changed.open(QIODevice::ReadWrite));
+    changed.write(bytes("h.json").replace("Text of 1", "TEXT OF 1"));
+    changed.close();
+    const timespec times[] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.toUtf8().constData(), times, 0), 0);
+
+    entries.prepend(historyEntry("3"));
+    file.writeWithNewEntry(entries);
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries).replace("Text of 1", "TEXT OF 1"));
+}
+
+TEST_F(HistoryFiles, holdTheWholeListAfterAnybodyElseWroteToThem)
+{
+    QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2"});
+    const auto add = [&](const char *id) {
+        entries.prepend(historyEntry(id));
+        file.writeWithNewEntry(entries);
+        EXPECT_EQ(bytes("h.json"), encodedHistory(entries)) << id;
+    };
+    QFile changed(folder.filePath("h.json"));
+    ASSERT_TRUE(changed.open(QIODevice::ReadWrite));
+    changed.write("[\n  {\n    \"createdAt\" : \"3");
+    changed.close();
+    ASSERT_TRUE(changed.open(QIODevice::ReadWrite));
+    changed.setFileTime(QDateTime::currentDateTime().addSecs(5), QFileDevice::FileModificationTime);
+    changed.close();
+    add("written into");
+
+    put("h.json", bytes("h.json").replace("Text", "text"));
+    add("replaced");
+
+    removeItem(folder.filePath("h.json"));
+    add("removed");
+
+    makeFolder(folder.filePath("elsewhere"));
+    ASSERT_TRUE(QFile::rename(folder.filePath("h.json"), folder.filePath("elsewhere/h.json")));
+    ASSERT_TRUE(QFile::link("elsewhere/h.json", folder.filePath("h.json")));
+    add("moved behind a link");
+    EXPECT_EQ(bytes("elsewhere/h.json"), encodedHistory(entries));
+}
+
+TEST_F(HistoryFiles, holdTheWholeListAfterEntriesWereTakenOut)
+{
+    QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2", "3"});
+    entries.removeAt(1);
+    entries.prepend(historyEntry("4"));
+    file.writeWithNewEntry(entries);
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries));
+}
+
+TEST_F(HistoryFiles, holdTheWholeListAfterAWriteThatFailed)
+{
+    QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2"});
+    ASSERT_TRUE(QFile::rename(folder.path(), folder.path() + "-away"));
+    entries.prepend(historyEntry("3"));
+    EXPECT_THROW(file.writeWithNewEntry(entries), Error);
+    ASSERT_TRUE(QFile::rename(folder.path() + "-away", folder.path()));
+    EXPECT_EQ(historyIds(decodedHistory(bytes("h.json"))), (QStringList{"2", "1"}));
+    entries.prepend(historyEntry("4"));
+    file.writeWithNewEntry(entries);
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries));
+}
+
+TEST_F(HistoryFiles, holdTheWholeListAfterTheyWereRead)
+{
+    QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2"});
+    put("h.json", "[{\"unknown\":1," + encodedHistory({historyEntry("5")}).sliced(6));
+    entries = file.read();
+    ASSERT_EQ(historyIds(entries), QStringList{"5"});
+    entries.prepend(historyEntry("6"));
+    file.writeWithNewEntry(entries);
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries));
 }
 
 } // namespace

@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <random>
+
 #include <sys/stat.h>
 
 using namespace sorvanta;
@@ -398,6 +400,38 @@ TEST_F(HistoryStore, announcesRowsAndDoesNotRebuildTheListWhenItIsReadAgain)
     EXPECT_EQ(inserted.count(), 1);
     EXPECT_EQ(removed.count(), 1);
     EXPECT_EQ(reset.count(), 0);
+}
+
+TEST_F(HistoryStore, savesExactlyItsListWhateverWasDoneBefore)
+{
+    std::mt19937 random(20260202);
+    const auto oneOf = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    for (int step = 0; step < 600; ++step) {
+        switch (oneOf(8)) {
+        case 0:
+            store().reload();
+            continue;
+        case 1:
+            if (store().entries().isEmpty())
+                continue;
+            store().deleteEntry(store().entries()[oneOf(static_cast<int>(store().entries().size()))].id);
+            break;
+        case 2: // fails after entries have been replaced
+            QDir(path("transcripts")).removeRecursively();
+            writeFileAtomically(path("transcripts"), "no folder");
+            store().addEntry({.text = "lost", .sourceLabel = QString::number(oneOf(6)), .replaceExisting = true});
+            EXPECT_TRUE(store().errorMessage());
+            removeItem(path("transcripts"));
+            continue;
+        default:
+            store().addEntry({.text = u"Ünï %1"_qs.arg(step),
+                              .sourceLabel = QString::number(oneOf(6)),
+                              .replaceExisting = oneOf(4) == 0});
+        }
+        ASSERT_EQ(store().errorMessage(), std::nullopt) << step;
+        ASSERT_EQ(readFile(historyPath()), encodedHistory(store().entries())) << step;
+    }
+    EXPECT_GT(store().entries().size(), 5);
 }
 
 TEST_F(HistoryStore, findsEverythingAgainAfterARestart)

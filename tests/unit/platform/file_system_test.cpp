@@ -2,6 +2,7 @@
 
 #include "platform/atomic_file.h"
 #include "platform/error.h"
+#include "platform/file_descriptor.h"
 #include "support/printing.h"
 
 #include <QDateTime>
@@ -11,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -201,6 +203,32 @@ TEST_F(FileSystem, showsAFileThatIsWrittenInPiecesOnlyOnceItIsWhole)
     }
     EXPECT_EQ(readFile(path("a")), piece.repeated(3));
     EXPECT_EQ(names(), QStringList{"a"});
+}
+
+TEST_F(FileSystem, appendsWhatFollowsInAnotherFile)
+{
+    const QByteArray rest = QByteArray("0123456789").repeated(1'000'000);
+    put("old", "head" + rest);
+    const FileDescriptor old = opened(encodedPath(path("old")), O_RDONLY);
+    AtomicFile file(path("new"));
+    file.write("beginning");
+    EXPECT_TRUE(file.appendRestOf(old.number(), 4));
+    const std::optional<FileStamp> stamp = file.commit();
+    EXPECT_EQ(readFile(path("new")), "beginning" + rest);
+    EXPECT_EQ(stamp, stampOf(opened(encodedPath(path("new")), O_RDONLY).number()));
+    EXPECT_NE(stamp, stampOf(old.number()));
+}
+
+TEST_F(FileSystem, saysThatItCannotAppendAndLeavesNothing)
+{
+    put("old", "content");
+    const FileDescriptor writable = opened(encodedPath(path("old")), O_WRONLY);
+    {
+        AtomicFile file(path("new"));
+        EXPECT_FALSE(file.appendRestOf(writable.number(), 0));
+    }
+    EXPECT_EQ(names(), QStringList{"old"});
+    EXPECT_EQ(stampOf(-1), std::nullopt);
 }
 
 TEST_F(FileSystem, copiesAFileAndLeavesTheSource)
