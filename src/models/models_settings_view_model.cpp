@@ -3,8 +3,10 @@
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "platform/folders.h"
+#include "platform/main_queue.h"
 
 #include <QDir>
+#include <QPointer>
 
 namespace sorvanta {
 
@@ -71,6 +73,44 @@ QString ModelsSettingsViewModel::applicationSupportDirectory() const
     if (!m_applicationSupportFolder)
         throw Error(QStringLiteral("ModelDownload"), 0, QStringLiteral("Application Support directory unavailable."));
     return *m_applicationSupportFolder;
+}
+
+void ModelsSettingsViewModel::startDownload(const ModelInfo &model)
+{
+    setStatus(model, ModelStatus::Downloading{});
+    QString folder;
+    try {
+        folder = modelsDirectory();
+    } catch (const Error &error) {
+        setStatus(model, ModelStatus::Failed{error.localizedDescription()});
+        return;
+    }
+    const QPointer<ModelsSettingsViewModel> self(this);
+    const auto tracker = std::make_shared<DownloadTracker>(
+        model, folder + QLatin1Char('/') + model.fileName,
+        [self, model](const DownloadState &state) {
+            postToMain([self, model, state] {
+                if (self)
+                    self->setStatus(model, ModelStatus::Downloading{state});
+            });
+        },
+        [self, model](const DownloadResult &result) {
+            postToMain([self, model, result] {
+                if (self)
+                    self->endDownload(model, result);
+            });
+        });
+    m_activeDownloads.insert(model.id, tracker);
+    tracker->start();
+}
+
+void ModelsSettingsViewModel::endDownload(const ModelInfo &model, const DownloadResult &result)
+{
+    m_activeDownloads.remove(model.id);
+    if (const auto *path = std::get_if<QString>(&result))
+        setStatus(model, ModelStatus::Downloaded{*path});
+    else
+        setStatus(model, ModelStatus::Failed{std::get<Error>(result).localizedDescription()});
 }
 
 void ModelsSettingsViewModel::deleteLocalCopy(const ModelInfo &model)

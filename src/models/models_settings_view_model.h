@@ -1,11 +1,13 @@
 #pragma once
 
+#include "models/download_tracker.h"
 #include "models/model_info.h"
 #include "models/model_status.h"
 
 #include <QHash>
 #include <QObject>
 
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -44,6 +46,13 @@ public:
     /// @throws Error "ModelDownload" 0 if there is none
     QString applicationSupportDirectory() const;
 
+    /// Fetches the model's file; its status tells how that goes and ends. Does not ask whether it is being fetched
+    /// already: the caller does.
+    void startDownload(const ModelInfo &model);
+
+    /// The downloads that run, by model id.
+    const QHash<QString, std::shared_ptr<DownloadTracker>> &activeDownloads() const { return m_activeDownloads; }
+
     /// Removes the model's file. A failure becomes the model's status.
     void deleteLocalCopy(const ModelInfo &model);
 
@@ -53,9 +62,11 @@ Q_SIGNALS:
 
 private:
     void setStatus(const ModelInfo &model, const Status &status);
+    void endDownload(const ModelInfo &model, const DownloadResult &result);
 
     std::optional<QString> m_applicationSupportFolder;
     QHash<QString, Status> m_statusMap; // by model id
+    QHash<QString, std::shared_ptr<DownloadTracker>> m_activeDownloads;
 };
 
 } // namespace sorvanta

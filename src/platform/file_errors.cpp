@@ -97,6 +97,25 @@ Error readingSentence(const QString &path, Code code)
     }
 }
 
+/// @param done what could not be done to the source: "copied", "moved"
+Error transferError(const QString &done, const QString &source, const QString &destination, int systemError)
+{
+    const QString name = lastPathComponent(source);
+    const QString folder = lastPathComponent(parentFolder(destination));
+    const Code code = writingCode(systemError);
+    switch (code) {
+    case NoSuchFile:
+        return cocoaError(code, u"“%1” couldn’t be %2 to “%3” because either the former doesn’t exist, or the folder "
+                                u"containing the latter doesn’t exist."_qs.arg(name, done, folder));
+    case WriteFileExists:
+        return cocoaError(
+            code, u"“%1” couldn’t be %2 to “%3” because an item with the same name already exists."_qs.arg(name, done,
+                                                                                                           folder));
+    default:
+        return writingError(destination, systemError);
+    }
+}
+
 } // namespace
 
 ReadingError readingError(const QString &path, int systemError)
@@ -141,21 +160,12 @@ Error removingError(const QString &path, int systemError)
 
 Error copyingError(const QString &source, const QString &destination, int systemError)
 {
-    const QString name = lastPathComponent(source);
-    const QString folder = lastPathComponent(parentFolder(destination));
-    const Code code = writingCode(systemError);
-    switch (code) {
-    case NoSuchFile:
-        return cocoaError(code,
-                          u"“%1” couldn’t be copied to “%2” because either the former doesn’t exist, or the folder "
-                          u"containing the latter doesn’t exist."_qs.arg(name, folder));
-    case WriteFileExists:
-        return cocoaError(
-            code,
-            u"“%1” couldn’t be copied to “%2” because an item with the same name already exists."_qs.arg(name, folder));
-    default:
-        return writingError(destination, systemError);
-    }
+    return transferError(u"copied"_qs, source, destination, systemError);
+}
+
+Error movingError(const QString &source, const QString &destination, int systemError)
+{
+    return transferError(u"moved"_qs, source, destination, systemError);
 }
 
 Error incorrectFormatError()

@@ -36,6 +36,9 @@ Error removingError(const QString &path, int systemError);
 /// writingError() tells it.
 Error copyingError(const QString &source, const QString &destination, int systemError);
 
+/// The item at `source` could not be moved to `destination`; told as copyingError() tells it.
+Error movingError(const QString &source, const QString &destination, int systemError);
+
 /// What was read is not what it should be: code 4864.
 Error incorrectFormatError();
 

@@ -165,6 +165,16 @@ void makeFolder(const QString &path)
         flushFolder(folder.number());
 }
 
+void moveItem(const QString &source, const QString &destination)
+{
+    const QByteArray target = encodedPath(destination);
+    if (::rename(encodedPath(source).constData(), target.constData()) != 0)
+        throw movingError(source, destination, errno);
+    const FileDescriptor folder = opened(folderOf(target), O_RDONLY | O_DIRECTORY);
+    if (folder.isOpen())
+        flushFolder(folder.number());
+}
+
 void removeItem(const QString &path)
 {
     if (::remove(encodedPath(path).constData()) != 0)

@@ -35,6 +35,10 @@ void copyFile(const QString &source, const QString &destination);
 /// Makes the folder at `path` and those above it that are missing.
 void makeFolder(const QString &path);
 
+/// Gives the item at `source` the path `destination` on the same volume, at one go; a file that lies there is replaced.
+/// What is given its name has outlasted a loss of power if it was flushed before.
+void moveItem(const QString &source, const QString &destination);
+
 /// Removes the file, the symbolic link or the empty folder at `path`. A folder that holds something is a failure: no
 /// path, wherever it was read, makes whole trees vanish.
 void removeItem(const QString &path);
