@@ -326,11 +326,10 @@ TEST_F(MainWindow, drawsTheModelsAsTheyAreDrawn)
         savePicture("07-models" + suffix);
         EXPECT_EQ(grab().pixelColor(400, 102), color("card"));
         EXPECT_EQ(grab().pixelColor(290, 300), color("windowColor"));
-        const QPoint bar = item("progressBar")->mapToScene({0, 3}).toPoint(); // of the first card, not to be seen
-        EXPECT_LT(bar.y(), 300);
         page->setProperty("contentY", 1e6);
         page->setProperty("contentY", page->property("contentHeight").toDouble() - page->height());
         savePicture("07-models-end" + suffix);
+        EXPECT_LE(page->property("contentHeight").toDouble() - page->property("contentY").toDouble(), 700);
         window->resize(720, 480);
         page->setProperty("contentY", 0);
         savePicture("07-models-small" + suffix);

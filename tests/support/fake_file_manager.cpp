@@ -1,5 +1,5 @@
-// Stands in for a file manager that the session bus starts: fake_file_manager FILE
-// Writes the address of what it is to show into FILE, one line each.
+// Stands in for the file manager of a desktop on the session bus: fake_file_manager FILE
+// Writes the addresses of what it is to select into FILE, one line each, which is empty until then.
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -39,7 +39,10 @@ int main(int argumentCount, char **arguments)
     FileManager manager(QString::fromLocal8Bit(arguments[1]));
     QDBusConnection bus = QDBusConnection::sessionBus();
     bus.registerObject("/org/freedesktop/FileManager1", &manager, QDBusConnection::ExportAllSlots);
-    return bus.registerService("org.freedesktop.FileManager1") ? QCoreApplication::exec() : 1;
+    if (!bus.registerService("org.freedesktop.FileManager1"))
+        return 1;
+    manager.ShowItems({}, {});
+    return QCoreApplication::exec();
 }
 
 #include "fake_file_manager.moc"
