@@ -43,13 +43,12 @@ void DownloadTracker::start()
 {
     try {
         openPartialFile();
+        m_startDate = m_clock();
+        m_task.emplace(m_model.downloadURL, m_limits);
+        m_task->resume(shared_from_this());
     } catch (const Error &error) {
         m_completion(error);
-        return;
     }
-    m_startDate = m_clock();
-    m_task.emplace(m_model.downloadURL, m_limits);
-    m_task->resume(shared_from_this());
 }
 
 void DownloadTracker::openPartialFile()

@@ -19,7 +19,7 @@ using DownloadResult = std::variant<QString, Error>;
 /// Fetches one model file into a partial file beside its final place, and moves it there when the transfer has ended
 /// well. Nothing is ever resumed.
 ///
-/// start() belongs to the thread that made the tracker; everything behind it runs on the thread of the transfer, which
+/// start() belongs to the main thread; everything behind it runs on the thread of the transfer, which
 /// shares the tracker until its end. Both handlers are called on either thread.
 class DownloadTracker : public HttpsTransferDelegate, public std::enable_shared_from_this<DownloadTracker> {
 public:

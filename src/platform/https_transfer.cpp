@@ -1,8 +1,8 @@
 #include "platform/https_transfer.h"
 
+#include "platform/awaited_thread.h"
 #include "platform/main_queue.h"
 #include "platform/url_errors.h"
-#include "platform/worker.h"
 
 #include <QString>
 
@@ -280,9 +280,11 @@ HttpsTransfer::HttpsTransfer(const QUrl &url, const HttpsTransferLimits &limits)
 
 void HttpsTransfer::resume(std::shared_ptr<HttpsTransferDelegate> delegate)
 {
-    runOnWorker([url = m_url, limits = m_limits, isCancelled = m_isCancelled, delegate = std::move(delegate)] {
+    const auto transfer = [url = m_url, limits = m_limits, isCancelled = m_isCancelled,
+                           delegate = std::move(delegate)] {
         RunningTransfer(url, limits, *isCancelled, *delegate).run();
-    });
+    };
+    runOnAwaitedThread(u"sv.download"_qs, transfer);
 }
 
 void HttpsTransfer::cancel()

@@ -59,7 +59,8 @@ public:
     explicit HttpsTransfer(const QUrl &url, const HttpsTransferLimits &limits = {});
 
     /// Starts the transfer, once, on a thread of its own, which shares the delegate until its end. The transfer goes
-    /// on when this object is gone.
+    /// on when this object is gone. Main thread only.
+    /// @throws Error if the system has no thread to give
     void resume(std::shared_ptr<HttpsTransferDelegate> delegate);
 
     /// Ends the transfer: the delegate is told of no more data, but of its completion with error -999, unless it has

@@ -1,6 +1,5 @@
 #include "platform/named_thread.h"
 
-#include <thread>
 #include <utility>
 
 #include <pthread.h>
@@ -18,17 +17,23 @@ Error threadError(const std::system_error &failure)
     return Error(u"NSPOSIXErrorDomain"_qs, failure.code().value(), u"The system could not start a thread."_qs);
 }
 
-void runOnNamedThread(const QString &name, std::function<void()> work)
+std::thread namedThread(const QString &name, std::function<void()> work)
 {
     try {
-        std::thread([name = name.toUtf8().first(qMin(name.toUtf8().size(), longestName)), work = std::move(work)] {
-            if (!name.isEmpty())
-                pthread_setname_np(pthread_self(), name.constData());
-            work();
-        }).detach();
+        return std::thread(
+            [name = name.toUtf8().first(qMin(name.toUtf8().size(), longestName)), work = std::move(work)] {
+                if (!name.isEmpty())
+                    pthread_setname_np(pthread_self(), name.constData());
+                work();
+            });
     } catch (const std::system_error &failure) {
         throw threadError(failure);
     }
+}
+
+void runOnNamedThread(const QString &name, std::function<void()> work)
+{
+    namedThread(name, std::move(work)).detach();
 }
 
 } // namespace sorvanta
