@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Sorvanta.Style
 import Sorvanta.Screens
@@ -28,10 +30,12 @@ ScrollingPage {
             model: page.view.rows
 
             delegate: ModelCard {
+                id: card
+
                 width: parent ? parent.width : 0
-                onDownloadRequested: page.view.download(index)
-                onRevealRequested: page.view.reveal(index)
-                onDeletionRequested: page.view.deleteLocalCopy(index)
+                onDownloadRequested: page.view.download(card.index)
+                onRevealRequested: page.view.reveal(card.index)
+                onDeletionRequested: page.view.deleteLocalCopy(card.index)
             }
         }
     }
