@@ -78,7 +78,8 @@ protected:
     /// Whether all that was asked is answered.
     static bool isSettled()
     {
-        return !qApp->findChild<QFutureWatcherBase *>() && !qApp->findChild<QDBusPendingCallWatcher *>();
+        const auto *application = QCoreApplication::instance();
+        return !application->findChild<QFutureWatcherBase *>() && !application->findChild<QDBusPendingCallWatcher *>();
     }
 
     void openFileManager(const PrivateBus &bus)
