@@ -60,6 +60,11 @@ Item {
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 5
+
+            ModelsSettingsPage {
+                anchors.fill: parent
+                view: frame.content.detail.modelsScreen
+            }
         }
 
         Section {

@@ -2,6 +2,7 @@
 
 #include "history/transcription_history_store.h"
 #include "models/models_settings_view_model.h"
+#include "platform/desktop/file_manager.h"
 #include "platform/desktop/file_panels.h"
 
 namespace sorvanta {
@@ -14,9 +15,15 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
           .panels = panels,
           .resourceFolder = resourceFolder,
       })
+    , m_modelsScreen({
+          .viewModel = ModelsSettingsViewModel::shared(),
+          .recommendedModelID = QStringLiteral("large-v3-turbo"),
+          .revealFile = [](const QString &path) { revealInFileManager(path); },
+      })
 {
     // A hidden screen is on show as far as it knows, so each takes its first step now.
     m_fileScreen.appear();
+    m_modelsScreen.appear();
 }
 
 } // namespace sorvanta

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/file/transcript_from_file_view.h"
+#include "screens/models/models_settings_view.h"
 
 #include <QObject>
 #include <QtQml/qqml.h>
@@ -16,6 +17,7 @@ class DetailView : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
+    Q_PROPERTY(sorvanta::ModelsSettingsView *modelsScreen READ modelsScreen CONSTANT)
 
 public:
     /// @param panels must outlive the view
@@ -23,9 +25,11 @@ public:
     DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent = nullptr);
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
+    ModelsSettingsView *modelsScreen() { return &m_modelsScreen; }
 
 private:
     TranscriptFromFileView m_fileScreen;
+    ModelsSettingsView m_modelsScreen;
 };
 
 } // namespace sorvanta

@@ -14,6 +14,16 @@ FORM = [(Role.PUSH_BUTTON, "Choose File…"), (Role.COMBO_BOX, "Model"), (Role.C
 TRANSCRIBE = [(Role.PUSH_BUTTON, "Transcribe")]
 
 
+def acts(node):
+    """A row of a list acts, unless it only holds together what acts."""
+    return node.get_role() in ACTING and not (node.get_role() == Role.LIST_ITEM and has_button(node))
+
+
+def has_button(node):
+    children = [node.get_child_at_index(i) for i in range(node.get_child_count())]
+    return any(child.get_role() == Role.PUSH_BUTTON or has_button(child) for child in children)
+
+
 class AccessibilityTest(WindowTest):
     def offenders(self, window):
         """The parts in sight that somebody who does not see them could not use."""
@@ -26,9 +36,9 @@ class AccessibilityTest(WindowTest):
                 found.append(f"“{name}” has no role")
             if not name:
                 found.append(f"a {node.get_role_name()} has no name")
-            if role in ACTING and "Press" not in window.actions(node):
+            if acts(node) and "Press" not in window.actions(node):
                 found.append(f"the {node.get_role_name()} “{name}” cannot be pressed")
-            if role in ACTING and not window.has_state(node, Atspi.StateType.FOCUSABLE):
+            if acts(node) and not window.has_state(node, Atspi.StateType.FOCUSABLE):
                 found.append(f"the {node.get_role_name()} “{name}” cannot get the focus")
         return found
 
@@ -82,6 +92,24 @@ class AccessibilityTest(WindowTest):
         window.act(window.expect("Language", [Role.COMBO_BOX]), "Press")
         window.expect("Afrikaans (af)")
         self.assertEqual(self.offenders(window), [])
+
+    def test_the_models_section(self):
+        self.provide_model(name="ggml-large-v3-turbo.bin")
+        self.accept_policies()
+        window = self.start()
+        window.expect("Choose File…")
+        window.press_row("Models Settings")
+        window.expect("Saved as ggml-large-v3-turbo.bin in Application Support.")
+        self.check(window, SECTIONS + [
+            (Role.LIST, "Models"),
+            (Role.LIST_ITEM, "Large V3 Turbo"), (Role.PUSH_BUTTON, "Reveal in Finder"),
+            (Role.PUSH_BUTTON, "Delete Local Copy"),
+            (Role.LIST_ITEM, "Large V3"), (Role.PUSH_BUTTON, "Download Model"),
+            (Role.LIST_ITEM, "Medium"), (Role.PUSH_BUTTON, "Download Model"),
+            (Role.LIST_ITEM, "Base")])  # and more below the edge of the window
+        self.assertEqual(window.names([Role.HEADING])[1:], ["Models", "Large V3 Turbo", "Large V3", "Medium", "Base"])
+        self.assertEqual([node.get_description() for node in window.showing([Role.PUSH_BUTTON])],
+                         ["Large V3 Turbo", "Large V3 Turbo", "Large V3", "Medium"])
 
     def test_the_help_section_with_its_text_and_its_links(self):
         window = self.start_on_file_screen()

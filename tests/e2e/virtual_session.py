@@ -127,7 +127,9 @@ class VirtualSession:
             reader, writer = os.pipe()
             width, height = self.size
             display = self.start(
-                ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp"],
+                # Without -noreset it begins anew when its last client leaves, and refuses whoever comes meanwhile.
+                ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp",
+                 "-noreset"],
                 pass_fds=[writer], stderr=subprocess.DEVNULL)
             os.close(writer)
             with os.fdopen(reader) as numbers:

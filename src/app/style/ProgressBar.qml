@@ -7,6 +7,9 @@ T.ProgressBar {
     implicitWidth: 180
     implicitHeight: 6
 
+    property real shownPosition: visualPosition
+    Behavior on shownPosition { NumberAnimation { duration: Theme.progressTime } }
+
     Accessible.role: Accessible.ProgressBar
 
     background: Rectangle {
@@ -19,11 +22,10 @@ T.ProgressBar {
 
         Rectangle {
             visible: !control.indeterminate && control.visualPosition > 0
-            width: Math.max(6, control.visualPosition * control.width)
+            width: Math.max(6, control.shownPosition * control.width)
             height: 6
             radius: 3
             color: Theme.progressFill
-            Behavior on width { NumberAnimation { duration: Theme.progressTime } }
         }
 
         Rectangle {

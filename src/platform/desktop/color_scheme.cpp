@@ -1,12 +1,13 @@
 #include "platform/desktop/color_scheme.h"
 
+#include "platform/desktop/session_bus.h"
+
 #include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QEvent>
-#include <QFileInfo>
 #include <QFutureWatcher>
 #include <QGuiApplication>
 #include <QPalette>
@@ -28,17 +29,6 @@ const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
 
 /// A window that waits for a slow portal still comes soon.
 constexpr std::chrono::milliseconds longestWait(250);
-
-/// Empty where nothing says that a bus runs: asking for one all the same would start one, and wait for it.
-QString sessionBusAddress()
-{
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty())
-        return address;
-    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const QString socket = folder + QStringLiteral("/bus");
-    return !folder.isEmpty() && QFileInfo::exists(socket) ? QStringLiteral("unix:path=") + socket : QString();
-}
 
 bool isPaletteDark()
 {

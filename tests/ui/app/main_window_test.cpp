@@ -275,6 +275,73 @@ TEST_F(MainWindow, looksAsDrawn)
     savePicture("file-long-error-small-dark");
 }
 
+TEST_F(MainWindow, showsTheModelsScreenWithTheRecommendedModel)
+{
+    QDir().mkpath(modelsFolder());
+    ASSERT_TRUE(QFile(modelsFolder() + "/ggml-tiny.bin").open(QIODevice::WriteOnly));
+    showWindow();
+    content->select(SidebarItemType::models);
+    const ModelRows &rows = *content->detail()->modelsScreen()->rows();
+    for (int place = 0; place < 6; ++place)
+        EXPECT_EQ(rows.rows()[place].recommendedBadge, place == 0 ? "Recommended" : "");
+    EXPECT_EQ(rows.rows()[5].statusText, "Ready") << "the screen was on show from the start";
+    EXPECT_TRUE(words().contains("Saved as ggml-tiny.bin in Application Support."));
+}
+
+TEST_F(MainWindow, aModelThatIsDeletedLeavesThePickersOfTheOtherScreens)
+{
+    showWindow();
+    useModel({});
+    EXPECT_TRUE(isShown("modelPicker"));
+    content->detail()->modelsScreen()->deleteLocalCopy(0);
+    EXPECT_FALSE(isShown("modelPicker"));
+    EXPECT_EQ(fileScreen().model()->selectedModelID(), std::nullopt);
+}
+
+TEST_F(MainWindow, drawsTheModelsAsTheyAreDrawn)
+{
+    showWindow();
+    content->select(SidebarItemType::models);
+    ModelRows &rows = *content->detail()->modelsScreen()->rows();
+    const auto show = [&rows](int place, const Status &status, bool hasFile = false) {
+        rows.replace(place, modelRow(modelCatalogue()[place], status, hasFile, "large-v3-turbo"));
+    };
+    const auto downloading = [](qint64 received, qint64 expected, std::optional<double> seconds) {
+        return ModelStatus::Downloading{
+            {.bytesReceived = received, .totalBytesExpected = expected, .estimatedSecondsRemaining = seconds}};
+    };
+    savePicture("07-models-none");
+    show(0, ModelStatus::Downloaded{"/x"}, true);
+    show(1, downloading(1'330'000'000, 3'100'000'000, 252));
+    show(2, ModelStatus::Failed{"The network connection was lost."});
+    show(3, downloading(142'000'000, -1, std::nullopt));
+    show(4, ModelStatus::Failed{"Server responded with 404"}, true);
+    QTest::qWait(400);
+    QQuickItem *const page = item("modelsPage");
+    for (const bool isDark : {false, true}) {
+        const QString suffix = isDark ? "-dark" : "";
+        setDark(isDark);
+        window->resize(1200, 700);
+        page->setProperty("contentY", 0);
+        savePicture("07-models" + suffix);
+        EXPECT_EQ(grab().pixelColor(400, 102), color("card"));
+        EXPECT_EQ(grab().pixelColor(290, 300), color("windowColor"));
+        page->setProperty("contentY", 1e6);
+        page->setProperty("contentY", page->property("contentHeight").toDouble() - page->height());
+        savePicture("07-models-end" + suffix);
+        EXPECT_LE(page->property("contentHeight").toDouble() - page->property("contentY").toDouble(), 700);
+        window->resize(720, 480);
+        page->setProperty("contentY", 0);
+        savePicture("07-models-small" + suffix);
+    }
+    show(2,
+         ModelStatus::Failed{QString("Could not remove file: it is in a folder that cannot be written. ").repeated(9)
+                             + QString("/a/path/without/blanks").repeated(12)},
+         true);
+    page->setProperty("contentY", 330);
+    savePicture("07-models-long-failure-small-dark");
+}
+
 } // namespace
 
 } // namespace sorvanta

@@ -261,6 +261,18 @@ TEST_F(Controls, progressIsDrawnToItsValue)
     EXPECT_EQ(pixel(bar, 150, 3), QColor("#363E43"));
 }
 
+TEST_F(Controls, theFillOfAProgressBarKeepsItsShareWhileTheBarChangesItsWidth)
+{
+    QQuickItem *bar = showControl("ProgressBar { objectName: 'it'; width: 200; value: 0.5 }");
+    const auto *fill = bar->property("contentItem").value<QQuickItem *>()->childItems().constFirst();
+    EXPECT_EQ(fill->width(), 100);
+    bar->setWidth(80);
+    EXPECT_EQ(fill->width(), 40);
+    bar->setProperty("value", 1);
+    EXPECT_LT(fill->width(), 80) << "it grows in a fifth of a second";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return fill->width() == 80; }));
+}
+
 TEST_F(Controls, theLevelFillIsNeverUnderThreePixels)
 {
     QQuickItem *bar = showControl("LevelBar { objectName: 'it'; width: 100; level: 0 }");

@@ -1,11 +1,12 @@
 #include "platform/desktop/color_scheme.h"
 
+#include "support/private_bus.h"
+
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QPalette>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -51,25 +52,16 @@ protected:
     ColorSchemeTest()
     {
         qDBusRegisterMetaType<Settings>();
-        daemon.start("dbus-daemon", {"--session", "--nofork", "--nopidfile", "--print-address"});
-        EXPECT_TRUE(daemon.waitForStarted());
-        EXPECT_TRUE(daemon.waitForReadyRead());
-        address = QString::fromUtf8(daemon.readAllStandardOutput()).trimmed();
         setPalette(Qt::white, Qt::black);
     }
 
-    ~ColorSchemeTest() override
-    {
-        QDBusConnection::disconnectFromBus(busName);
-        daemon.kill();
-        daemon.waitForFinished();
-    }
+    ~ColorSchemeTest() override { QDBusConnection::disconnectFromBus(busName); }
 
     void openPortal()
     {
-        QDBusConnection bus = QDBusConnection::connectToBus(address, busName);
-        ASSERT_TRUE(bus.registerObject(portalPath, &portal, QDBusConnection::ExportAllSlots));
-        ASSERT_TRUE(bus.registerService("org.freedesktop.portal.Desktop"));
+        QDBusConnection connection = QDBusConnection::connectToBus(address, busName);
+        ASSERT_TRUE(connection.registerObject(portalPath, &portal, QDBusConnection::ExportAllSlots));
+        ASSERT_TRUE(connection.registerService("org.freedesktop.portal.Desktop"));
     }
 
     void change(const QString &group, const QString &key, const QVariant &value)
@@ -88,8 +80,8 @@ protected:
         QCoreApplication::processEvents();
     }
 
-    QProcess daemon;
-    QString address;
+    PrivateBus bus;
+    QString address = bus.address();
     Portal portal;
 };
 
