@@ -1,3 +1,4 @@
+#include "export/document_export.h"
 #include "export/text_export.h"
 
 #include <benchmark/benchmark.h>
@@ -58,6 +59,14 @@ void Render(benchmark::State &state, ExportFormat format)
     state.counters["bytes"] = static_cast<double>(renderExport(format, input)->toUtf8().size());
 }
 
+void RenderDocument(benchmark::State &state, ExportFormat format)
+{
+    const ExportInput &input = transcript();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(renderDocument(format, input.text));
+    state.counters["bytes"] = static_cast<double>(renderDocument(format, input.text).size());
+}
+
 BENCHMARK(EncodeText)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, txt, txt)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, srt, srt)->Unit(benchmark::kMillisecond);
@@ -66,5 +75,7 @@ BENCHMARK_CAPTURE(Render, csv, csv)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, markdown, markdown)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, html, html)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, json, json)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RenderDocument, docx, docx)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RenderDocument, pdf, pdf)->Unit(benchmark::kMillisecond);
 
 } // namespace
