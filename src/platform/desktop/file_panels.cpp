@@ -47,7 +47,7 @@ void show(QFileDialog *panel, FilePanels::OnChosen onChosen)
     panel->winId(); // makes the window, which has no handle before
     if (QWindow *const window = panel->windowHandle())
         window->setTransientParent(QGuiApplication::focusWindow());
-    panel->open();
+    panel->show(); // open() would make it modal to one window only
 }
 
 } // namespace

@@ -30,7 +30,7 @@ public:
     FilePanels &operator=(const FilePanels &) = delete;
     virtual ~FilePanels() = default;
 
-    /// Shows a panel for one file that exists. Returns at once; the application stays usable behind it.
+    /// Shows a panel for one file that exists. Returns at once; what goes on in the application goes on behind it.
     virtual void openFile(const OpenRequest &request, OnChosen onChosen) = 0;
 
     /// Shows a panel for a place and a name, as openFile() does. Folders can be made in it. Whether a file that is
