@@ -24,7 +24,7 @@ T.Menu {
         currentIndex: control.currentIndex
         interactive: contentHeight > height
         clip: interactive
-        keyNavigationEnabled: true
+        keyNavigationEnabled: false // the menu itself passes over what is disabled
         T.ScrollBar.vertical: ScrollBar {}
     }
 
