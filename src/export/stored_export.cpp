@@ -38,7 +38,7 @@ std::optional<TranscriptSegment> parseBlock(QStringView block, RegularExpression
 
 bool hasStoredSrt(const TranscriptionHistoryEntry &entry)
 {
-    return entry.srtPath && !entry.srtPath->isEmpty() && itemExists(*entry.srtPath);
+    return entry.srtPath && itemExists(*entry.srtPath);
 }
 
 std::optional<QString> storedSrt(const TranscriptionHistoryEntry &entry)

@@ -16,7 +16,7 @@ namespace sorvanta {
 ///
 /// | Format | None without | With segments | Without segments |
 /// |---|---|---|---|
-/// | txt | text, white space included | the text as it is | the text as it is |
+/// | txt | text (white space is text here) | the text as it is | the text as it is |
 /// | srt | segments | numbered SubRip blocks, a comma before the milliseconds, LF at the end | |
 /// | vtt | segments | WebVTT cues without identifiers, LF at the end | |
 /// | csv | both segments and text | a row a segment | one row with all text and no times |
@@ -24,7 +24,7 @@ namespace sorvanta {
 /// | html | text | a paragraph a segment, its time in strong type | one paragraph with line breaks |
 /// | json | text | an object with `segments` and `text` | an object with `text` |
 ///
-/// Where it is text that counts, text of nothing but white space is none.
+/// But for txt, text of nothing but white space is no text.
 std::optional<QString> renderExport(ExportFormat format, const ExportInput &input);
 
 } // namespace sorvanta

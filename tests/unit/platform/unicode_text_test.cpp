@@ -106,4 +106,56 @@ TEST(Utf8, isRepairedWithOneReplacementForEachInvalidSequence)
     EXPECT_EQ(decodeUtf8WithRepair("\xF0\x9F\x99\x82"), u"🙂"_qs);
 }
 
+struct EncodedText {
+    const char *name;
+    QByteArray bytes;
+    QString text;
+};
+
+void PrintTo(const EncodedText &row, std::ostream *out)
+{
+    *out << row.name;
+}
+
+class TextOfUnknownEncoding : public testing::TestWithParam<EncodedText> { };
+
+TEST_P(TextOfUnknownEncoding, isDecoded)
+{
+    EXPECT_EQ(decodeText(GetParam().bytes), GetParam().text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Encodings, TextOfUnknownEncoding,
+    testing::Values(EncodedText{"empty", "", u""_qs}, EncodedText{"ascii", "+/v8 \r\n", u"+/v8 \r\n"_qs},
+                    EncodedText{"utf8", "\xC3\xA9\xF0\x9F\x99\x82", u"é🙂"_qs},
+                    EncodedText{"utf8WithMark", "\xEF\xBB\xBF\xC3\xA9", u"é"_qs},
+                    EncodedText{"utf8WithTwoMarks", "\xEF\xBB\xBF\xEF\xBB\xBFx", u"\uFEFFx"_qs},
+                    EncodedText{"utf8WithMarkAndFault", "\xEF\xBB\xBF\xC3\xA9\xFFx", u"é\uFFFDx"_qs},
+                    EncodedText{"utf16LittleEndian", QByteArray("\xFF\xFEx\0\x3D\xD8\x42\xDE", 8), u"x🙂"_qs},
+                    EncodedText{"utf16BigEndian", QByteArray("\xFE\xFF\0x\xD8\x3D\xDE\x42", 8), u"x🙂"_qs},
+                    EncodedText{"utf16WithHalfAPair", QByteArray("\xFF\xFE\x3D\xD8x\0", 6), u"\uFFFDx"_qs},
+                    EncodedText{"utf16OfOddSize", QByteArray("\xFF\xFEx\0y", 5), u"x\uFFFD"_qs},
+                    EncodedText{"utf16MarkAlone", "\xFF\xFE", u""_qs},
+                    EncodedText{"utf32LittleEndian", QByteArray("\xFF\xFE\0\0x\0\0\0", 8), u"x"_qs},
+                    EncodedText{"windows1252", "caf\xE9 \x80 \x93x\x94", u"café € “x”"_qs},
+                    EncodedText{"withNul", QByteArray("a\0b", 3), QString::fromUtf16(u"a\0b", 3)}),
+    [](const auto &row) { return row.param.name; });
+
+TEST(Surrogates, areReplacedWhereOneStandsAlone)
+{
+    const QChar high(0xD83C);
+    const QChar low(0xDF99);
+    const auto repaired = [](QString text) {
+        repairSurrogates(text);
+        return text;
+    };
+    EXPECT_EQ(repaired({}), QString());
+    EXPECT_EQ(repaired("plain é 🎙"), "plain é 🎙");
+    EXPECT_EQ(repaired(QString(high)), u"\uFFFD"_qs);
+    EXPECT_EQ(repaired(QString(low)), u"\uFFFD"_qs);
+    EXPECT_EQ(repaired(QString(low) + high), u"\uFFFD\uFFFD"_qs);
+    EXPECT_EQ(repaired(QString(high) + 'x'), u"\uFFFDx"_qs);
+    EXPECT_EQ(repaired(QString(high) + high + low + low), u"\uFFFD🎙\uFFFD"_qs);
+}
+
 } // namespace
