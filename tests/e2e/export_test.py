@@ -23,14 +23,20 @@ class Paragraphs(html.parser.HTMLParser):
     def __init__(self, text):
         super().__init__()
         self.texts = []
+        self._is_inside = False
         self.feed(text)
 
     def handle_starttag(self, tag, attributes):
         if tag == "p":
             self.texts.append("")
+            self._is_inside = True
+
+    def handle_endtag(self, tag):
+        if tag == "p":
+            self._is_inside = False
 
     def handle_data(self, data):
-        if self.texts:
+        if self._is_inside:
             self.texts[-1] += data
 
 

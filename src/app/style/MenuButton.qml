@@ -20,11 +20,13 @@ PushButton {
     }
 
     opensMenu: true
+    // A press on the button itself is left to the button, or it would close the menu only to open it again.
+    onMenuChanged: if (menu) menu.closePolicy = T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent
     onClicked: {
         if (!menu)
             return;
         ringedBefore = visualFocus;
-        menu.visible ? menu.close() : menu.popup(control, 0, menuPlace());
+        menu.opened ? menu.close() : menu.popup(control, 0, menuPlace());
     }
 
     // A menu that closes would leave the focus nowhere.

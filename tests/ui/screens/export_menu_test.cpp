@@ -166,6 +166,24 @@ TEST_F(ShownExportMenu, isChosenFromByTheMouse)
     EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
 }
 
+TEST_F(ShownExportMenu, isClosedByASecondClickAndByAClickBesideIt)
+{
+    transcription->setState(everything);
+    showMenu(transcription);
+    click(item("button"));
+    settle();
+    EXPECT_TRUE(isOpen());
+    click(item("button"));
+    settle();
+    EXPECT_FALSE(isOpen());
+    click(item("button"));
+    settle();
+    EXPECT_TRUE(isOpen());
+    QTest::mouseClick(window.get(), Qt::LeftButton, Qt::NoModifier, QPoint(600, 500));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_EQ(actions.done, QStringList());
+}
+
 TEST_F(ShownExportMenu, opensItsSubmenuByTheMouse)
 {
     transcription->setState(everything);
