@@ -164,6 +164,14 @@ ExportMenu::ExportMenu(QString label, QString symbol, ExportMenuEntry::Condition
     apply();
 }
 
+QVariantList ExportMenu::entryList() const
+{
+    QVariantList list;
+    for (QObject *entry : m_entries)
+        list << QVariant::fromValue(entry);
+    return list;
+}
+
 void ExportMenu::add(ExportMenuEntry *entry)
 {
     m_entries.append(entry);

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QObjectBindableProperty>
 #include <QString>
+#include <QVariantList>
 
 #include <functional>
 
@@ -72,7 +73,7 @@ class ExportMenu : public QObject {
     Q_OBJECT
     Q_PROPERTY(QString label READ label CONSTANT)
     Q_PROPERTY(QString symbol READ symbol CONSTANT)
-    Q_PROPERTY(QObjectList entries READ entries CONSTANT)
+    Q_PROPERTY(QVariantList entries READ entryList CONSTANT)
     Q_PROPERTY(bool isEnabled READ isEnabled NOTIFY isEnabledChanged)
 
 public:
@@ -84,6 +85,7 @@ public:
     QString symbol() const { return m_symbol; }
     /// The entries in order; each is an ExportMenuEntry.
     const QObjectList &entries() const { return m_entries; }
+    QVariantList entryList() const;
     bool isEnabled() const { return m_isEnabled; }
 
     void add(ExportMenuEntry *entry);
