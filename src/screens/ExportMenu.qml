@@ -29,6 +29,7 @@ MenuButton {
     menu: Menu {
         id: top
 
+        title: button.content.label
         Component.onCompleted: button.fill(top, button.content.entries)
     }
 

@@ -6,7 +6,7 @@ from window_test import FIRST_LINES, WindowTest, main
 
 Role = Atspi.Role
 ACTING = (Role.PUSH_BUTTON, Role.LINK, Role.COMBO_BOX, Role.LIST_ITEM, Role.CHECK_BOX, Role.MENU_ITEM)
-NAMELESS = (Role.FILLER, Role.PANEL)
+NAMELESS = (Role.FILLER, Role.PANEL, Role.SEPARATOR)
 SECTIONS = [(Role.LIST, "Sections")] + [(Role.LIST_ITEM, name) for name in (
     "Transcript Audio From File", "Record Audio to Transcript", "Record Meeting (System Audio)", "Batch Processing",
     "History", "Models Settings", "Help")]

@@ -10,6 +10,9 @@ T.Menu {
     margins: 8
     overlap: 2
 
+    // What a screen reader meets is the item around the content.
+    onAboutToShow: contentItem.parent.Accessible.name = title
+
     delegate: MenuItem {}
 
     contentItem: ListView {

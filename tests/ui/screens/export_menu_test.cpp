@@ -268,6 +268,9 @@ TEST_F(ShownExportMenu, isReadOutEntryByEntry)
         EXPECT_EQ(accessible(shown)->text(QAccessible::Name), shown->property("text").toString());
         EXPECT_FALSE(accessible(shown)->state().invisible);
     }
+    QQuickItem *const menu = entry("TXT")->parentItem()->parentItem()->parentItem();
+    EXPECT_EQ(accessible(menu)->role(), QAccessible::PopupMenu);
+    EXPECT_EQ(accessible(menu)->text(QAccessible::Name), "Export");
     pressAccessibly(entry("SRT"));
     EXPECT_EQ(actions.done, QStringList()) << "a disabled entry";
     pressAccessibly(entry("Download to Downloads"));
