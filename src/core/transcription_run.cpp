@@ -81,6 +81,7 @@ void TranscriptionRun::beginRun()
     m_isTranscriptCleared = false;
     m_output.clear();
     m_scanner = {};
+    m_segmentWatch = {};
     m_lines.reset();
     m_error = std::nullopt;
     m_status = QStringLiteral("Preparing…");
@@ -89,8 +90,7 @@ void TranscriptionRun::beginRun()
     m_isStopping = false;
     m_activeProcess = nullptr;
     announceProgress();
-    m_hasShownText = m_lines.count() > 0;
-    emit transcriptChanged();
+    announceText();
 }
 
 void TranscriptionRun::stopRun()
@@ -145,6 +145,7 @@ void TranscriptionRun::setStripDashes(bool stripDashes)
     if (stripDashes == m_lines.stripDashes())
         return;
     m_lines.setStripDashes(stripDashes);
+    m_hasSegments = m_segmentWatch.hasSegments(stripDashes);
     emit stripDashesChanged();
 }
 
@@ -154,10 +155,10 @@ void TranscriptionRun::takeOutput(const QString &piece)
     const qsizetype lineStart = m_output.unfinishedLineStart();
     m_isTranscriptCleared = false;
     m_lines.apply(m_output.append(piece));
+    m_segmentWatch.take(rawOutput(), from, lineStart);
     m_progress.update(m_scanner.scan(rawOutput(), from, lineStart), TranscriptionProgress::Clock::now());
     announceProgress();
-    m_hasShownText = m_lines.count() > 0;
-    emit transcriptChanged();
+    announceText();
 }
 
 void TranscriptionRun::finishRun(const Utf8Stream &output)
@@ -216,6 +217,13 @@ void TranscriptionRun::announceProgress()
     m_isProgressKnown = hasProgress();
     emit progressChanged();
     emit etaTextChanged();
+}
+
+void TranscriptionRun::announceText()
+{
+    m_hasShownText = m_lines.count() > 0;
+    m_hasSegments = m_segmentWatch.hasSegments(stripDashes());
+    emit transcriptChanged();
 }
 
 std::function<bool()> TranscriptionRun::currencyTest()

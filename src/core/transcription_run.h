@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/live_transcript.h"
+#include "core/segment_watch.h"
 #include "core/transcript_lines_model.h"
 #include "core/transcription_progress.h"
 #include "core/whisper_runner.h"
@@ -34,6 +35,7 @@ class TranscriptionRun : public QObject {
     Q_PROPERTY(bool isStatusShown READ isStatusShown NOTIFY isStatusShownChanged)
     Q_PROPERTY(sorvanta::TranscriptLinesModel *lines READ lines CONSTANT)
     Q_PROPERTY(bool hasShownText READ hasShownText NOTIFY hasShownTextChanged)
+    Q_PROPERTY(bool hasSegments READ hasSegments NOTIFY hasSegmentsChanged)
     Q_PROPERTY(bool stripDashes READ stripDashes WRITE setStripDashes NOTIFY stripDashesChanged)
 
 public:
@@ -98,6 +100,8 @@ public:
     QString displayedTranscript() const;
     /// Whether anything of displayedTranscript() is there to show.
     bool hasShownText() const { return m_hasShownText; }
+    /// Whether parseTimedSegments() of the output finds any.
+    bool hasSegments() const { return m_hasSegments; }
     /// The rows of displayedTranscript().
     TranscriptLinesModel *lines() { return &m_lines; }
     /// Empties transcript(); the output, and what is displayed of it, stays.
@@ -118,6 +122,7 @@ Q_SIGNALS:
     void etaTextChanged();
     void isStatusShownChanged();
     void hasShownTextChanged();
+    void hasSegmentsChanged();
     void stripDashesChanged();
     /// The text of the transcript changed.
     void transcriptChanged();
@@ -129,6 +134,7 @@ private:
     void endRun(const std::function<void()> &lastStep);
     void setStopping(bool isStopping);
     void announceProgress();
+    void announceText();
     void forgetEndedAttempts();
     WhisperRunner::Hooks workerHooks();
     /// A test, for the main thread, whether the run that begins now is still this object's.
@@ -138,6 +144,7 @@ private:
     Hooks m_hooks;
     LiveTranscript m_output;
     ProgressScanner m_scanner;
+    SegmentWatch m_segmentWatch;
     TranscriptionProgress m_progress;
     TranscriptLinesModel m_lines{m_output};
     bool m_isTranscriptCleared = false;
@@ -161,6 +168,7 @@ private:
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isProgressKnown)
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isStatusShown, &TranscriptionRun::isStatusShownChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_hasShownText, &TranscriptionRun::hasShownTextChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_hasSegments, &TranscriptionRun::hasSegmentsChanged)
 };
 
 } // namespace sorvanta

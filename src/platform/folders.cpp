@@ -17,6 +17,12 @@ std::optional<QString> applicationSupportFolder()
     return QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + QStringLiteral("/.local/share");
 }
 
+std::optional<QString> downloadsFolder()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
+    return QFileInfo(folder).isDir() ? std::optional(QDir::cleanPath(folder)) : std::nullopt;
+}
+
 QString temporaryFolder()
 {
     const QFileInfo folder(QDir::tempPath());

@@ -10,6 +10,10 @@ namespace sorvanta {
 /// clean: without a slash at the end.
 std::optional<QString> applicationSupportFolder();
 
+/// The folder into which the user's programs download (as a rule `~/Downloads`), or none if the system names none or it
+/// is not there.
+std::optional<QString> downloadsFolder();
+
 /// The folder for temporary files (what TMPDIR says if files can be made there, or `/tmp`), without a slash at the end.
 QString temporaryFolder();
 

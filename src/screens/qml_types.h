@@ -3,6 +3,7 @@
 #include "core/language_choice.h"
 #include "core/transcript_lines_model.h"
 #include "core/transcription_run.h"
+#include "export/export_menu.h"
 #include "models/model_choice.h"
 
 #include <QtQml/qqml.h>
@@ -37,6 +38,20 @@ struct LanguageChoiceForQml {
     QML_FOREIGN(sorvanta::LanguageChoice)
     QML_NAMED_ELEMENT(LanguageChoice)
     QML_UNCREATABLE("held by a screen")
+};
+
+struct ExportMenuForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::ExportMenu)
+    QML_NAMED_ELEMENT(ExportMenuContent)
+    QML_UNCREATABLE("held by a screen")
+};
+
+struct ExportMenuEntryForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::ExportMenuEntry)
+    QML_NAMED_ELEMENT(ExportMenuEntry)
+    QML_UNCREATABLE("held by a menu")
 };
 
 } // namespace sorvanta

@@ -6,12 +6,15 @@ from window_test import FIRST_LINES, WindowTest, main
 
 Role = Atspi.Role
 ACTING = (Role.PUSH_BUTTON, Role.LINK, Role.COMBO_BOX, Role.LIST_ITEM, Role.CHECK_BOX, Role.MENU_ITEM)
-NAMELESS = (Role.FILLER, Role.PANEL)
+NAMELESS = (Role.FILLER, Role.PANEL, Role.SEPARATOR)
 SECTIONS = [(Role.LIST, "Sections")] + [(Role.LIST_ITEM, name) for name in (
     "Transcript Audio From File", "Record Audio to Transcript", "Record Meeting (System Audio)", "Batch Processing",
     "History", "Models Settings", "Help")]
 FORM = [(Role.PUSH_BUTTON, "Choose File…"), (Role.COMBO_BOX, "Model"), (Role.COMBO_BOX, "Language")]
 TRANSCRIBE = [(Role.PUSH_BUTTON, "Transcribe")]
+TRANSCRIPT = [(Role.LIST, "Transcript"), (Role.PUSH_BUTTON, "Export")]
+EXPORTS = [(Role.MENU_ITEM, name) for name in (
+    "TXT", "SRT", "VTT", "CSV", "DOCX", "PDF", "Markdown (.md)", "HTML", "JSON", "Download to Downloads")]
 
 
 def acts(node):
@@ -73,9 +76,12 @@ class AccessibilityTest(WindowTest):
         window.expect(FIRST_LINES[0])
         self.check(window, SECTIONS + FORM + [
             (Role.PUSH_BUTTON, "Transcribing…"), (Role.PROGRESS_BAR, "Progress"), (Role.PUSH_BUTTON, "Stop"),
-            (Role.LIST, "Transcript")])
+            *TRANSCRIPT])
         window.expect("Done", patience=60)
-        self.check(window, SECTIONS + FORM + TRANSCRIBE + [(Role.LIST, "Transcript")])
+        self.check(window, SECTIONS + FORM + TRANSCRIBE + TRANSCRIPT)
+        window.press("Export")
+        window.wait(lambda: len(window.menu_items()) == len(EXPORTS), "the menu")
+        self.check(window, SECTIONS + FORM + TRANSCRIBE + TRANSCRIPT + EXPORTS)
 
     def test_the_file_screen_with_an_error(self):
         self.accept_policies()

@@ -112,11 +112,27 @@ class AccessibleWindow:
 
     def choose_file(self, path):
         """Answers the open panel."""
-        field = self.expect(lambda name: name.startswith("File name"), [Atspi.Role.TEXT])
+        self._answer_panel(path, "Open")
+
+    def save_file(self, path):
+        """Answers the save panel. @return the name that it proposed"""
+        return self._answer_panel(path, "Save")
+
+    def _answer_panel(self, path, button):
+        field = self.expect(self.is_file_name, [Atspi.Role.TEXT])
+        proposed = Atspi.Text.get_text(field, 0, -1)
         field.set_text_contents(str(path))
-        self.press("Open", roles=[Atspi.Role.PUSH_BUTTON])
-        self.wait(lambda: self.find(lambda name: name.startswith("File name"), [Atspi.Role.TEXT]) is None,
-                  "the end of the open panel")
+        self.press(button, roles=[Atspi.Role.PUSH_BUTTON])
+        self.wait(lambda: self.find(self.is_file_name, [Atspi.Role.TEXT]) is None, "the end of the panel")
+        return proposed
+
+    @staticmethod
+    def is_file_name(name):
+        return name.startswith("File name")
+
+    def menu_items(self, name=None):
+        """The items of all open menus, or those with that name; those of a submenu come last."""
+        return [node for node in self.showing([Atspi.Role.MENU_ITEM]) if name in (None, node.get_name())]
 
     @staticmethod
     def has_state(node, state):

@@ -100,6 +100,9 @@ class VirtualSession:
     def type(self, text):
         self._xdotool("type", text)
 
+    def click(self, x, y):
+        self._xdotool("mousemove", str(x), str(y), "click", "1")
+
     def focus(self, title):
         """Gives a window the keyboard, as a window manager would, once it is there."""
         self._xdotool("search", "--sync", "--onlyvisible", "--name", f"^{title}$", "windowfocus", "--sync")

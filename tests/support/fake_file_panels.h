@@ -13,10 +13,23 @@ public:
         m_onChosen = std::move(onChosen);
     }
 
+    void saveFile(const SaveRequest &request, OnChosen onChosen) override
+    {
+        saveRequests << request;
+        m_onChosen = std::move(onChosen);
+    }
+    void chooseFolder(const QString &prompt, OnChosen onChosen) override
+    {
+        folderPrompts << prompt;
+        m_onChosen = std::move(onChosen);
+    }
+
     /// Does what a user does who chooses `path`, or who declines.
     void answer(const std::optional<QString> &path) const { m_onChosen(path); }
 
     QList<OpenRequest> requests;
+    QList<SaveRequest> saveRequests;
+    QStringList folderPrompts;
 
 private:
     OnChosen m_onChosen;

@@ -1,4 +1,4 @@
-#include <QGuiApplication>
+#include <QApplication>
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@ int main(int argumentCount, char **arguments)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QStandardPaths::setTestModeEnabled(true);
-    QGuiApplication application(argumentCount, arguments);
+    QApplication application(argumentCount, arguments);
     testing::InitGoogleTest(&argumentCount, arguments);
     return RUN_ALL_TESTS();
 }

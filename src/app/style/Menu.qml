@@ -10,6 +10,9 @@ T.Menu {
     margins: 8
     overlap: 2
 
+    // What a screen reader meets is the item around the content.
+    onAboutToShow: contentItem.parent.Accessible.name = title
+
     delegate: MenuItem {}
 
     contentItem: ListView {
@@ -24,7 +27,7 @@ T.Menu {
         currentIndex: control.currentIndex
         interactive: contentHeight > height
         clip: interactive
-        keyNavigationEnabled: true
+        keyNavigationEnabled: false // the menu itself passes over what is disabled
         T.ScrollBar.vertical: ScrollBar {}
     }
 

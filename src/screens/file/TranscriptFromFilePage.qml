@@ -134,7 +134,20 @@ ScrollingPage {
     TranscriptLines {
         visible: page.run.hasShownText
         width: parent.width
-        height: Math.max(160, page.heightLeft(y))
+        height: Math.max(160, page.heightLeft(y) - actions.height)
         run: page.run
+    }
+
+    Row {
+        id: actions
+
+        visible: page.run.hasShownText
+        topPadding: 8
+        spacing: 8
+
+        ExportMenu {
+            objectName: "exportMenu"
+            content: page.view.exportMenu
+        }
     }
 }

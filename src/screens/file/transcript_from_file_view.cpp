@@ -64,6 +64,9 @@ TranscriptFromFileView::TranscriptFromFileView(const Surroundings &surroundings,
     , m_model(surroundings.models)
     , m_run({surroundings.resourceFolder, true}, {.removeTemporaries = [this] { m_temporaries.removeTemporaries(); },
                                                   .saveToHistory = [this] { saveToHistory(); }})
+    , m_exports({.run = m_run, .panels = surroundings.panels, .naming = transcriptionNaming(), .source = [this] {
+                     return m_selectedFile;
+                 }})
 {
     connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &TranscriptFromFileView::startLabelChanged);
     connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &TranscriptFromFileView::canStartChanged);

@@ -4,6 +4,7 @@
 #include "core/language_choice.h"
 #include "core/temporary_files.h"
 #include "core/transcription_run.h"
+#include "export/run_exports.h"
 #include "models/model_choice.h"
 
 #include <QObject>
@@ -27,6 +28,7 @@ class TranscriptFromFileView : public QObject {
     Q_PROPERTY(sorvanta::TranscriptionRun *run READ run CONSTANT)
     Q_PROPERTY(sorvanta::ModelChoice *model READ model CONSTANT)
     Q_PROPERTY(sorvanta::LanguageChoice *language READ language CONSTANT)
+    Q_PROPERTY(sorvanta::ExportMenu *exportMenu READ exportMenu CONSTANT)
     Q_PROPERTY(QString fileLabel READ fileLabel NOTIFY selectedFileChanged)
     Q_PROPERTY(bool hasFile READ hasFile NOTIFY selectedFileChanged)
     Q_PROPERTY(QString startLabel READ startLabel NOTIFY startLabelChanged)
@@ -48,6 +50,9 @@ public:
     TranscriptionRun *run() { return &m_run; }
     ModelChoice *model() { return &m_model; }
     LanguageChoice *language() { return &m_language; }
+
+    /// What the transcript can be exported as.
+    ExportMenu *exportMenu() { return m_exports.menu(); }
 
     /// The path of the file to transcribe, or none.
     const std::optional<QString> &selectedFile() const { return m_selectedFile; }
@@ -101,6 +106,7 @@ private:
     LanguageChoice m_language;
     TranscriptionRun m_run;
     std::optional<QString> m_selectedFile;
+    RunExports m_exports;
 };
 
 } // namespace sorvanta

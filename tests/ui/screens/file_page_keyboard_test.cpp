@@ -38,9 +38,9 @@ TEST_F(FilePageKeyboard, goesThroughARunningPageFromTopToBottom)
     waitFor([this] { return run().progress() == 0.42; });
     run().setError("An error.");
     EXPECT_THAT(tabStops(), ElementsAre("chooseFileButton", "modelPicker", "languagePicker", "copyErrorButton",
-                                        "stopButton", "transcriptLines"));
+                                        "stopButton", "transcriptLines", "exportMenu"));
     press(Qt::Key_Backtab, Qt::ShiftModifier);
-    EXPECT_EQ(window->activeFocusItem()->objectName(), "transcriptLines");
+    EXPECT_EQ(window->activeFocusItem()->objectName(), "exportMenu");
 }
 
 TEST_F(FilePageKeyboard, doesAllOfAJob)

@@ -53,7 +53,22 @@ TEST_F(TranscriptionRunTest, isIdleAtFirst)
     EXPECT_EQ(run.remainingText(), u"Estimating…"_qs);
     EXPECT_FALSE(run.totalDuration());
     EXPECT_FALSE(run.hasShownText());
+    EXPECT_FALSE(run.hasSegments());
     EXPECT_FALSE(run.isStatusShown());
+}
+
+TEST_F(TranscriptionRunTest, tellsOnceThatThereAreSegmentsAndForgetsThemWithTheNextRun)
+{
+    QSignalSpy changed(&run, &TranscriptionRun::hasSegmentsChanged);
+    start("print words%0A\n" + timedOutput + "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n");
+    waitForEnd();
+    EXPECT_TRUE(run.hasSegments());
+    EXPECT_EQ(changed.count(), 1);
+    run.setStripDashes(true);
+    EXPECT_TRUE(run.hasSegments());
+    run.beginRun();
+    EXPECT_FALSE(run.hasSegments());
+    EXPECT_EQ(changed.count(), 2);
 }
 
 TEST_F(TranscriptionRunTest, beginResetsEveryField)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -47,6 +48,69 @@ TEST(Folders, theFolderForDataIsTheOneThatTheUserNamesIfItIsAbsolute)
     before.isNull() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", before);
     home.isNull() ? qunsetenv("HOME") : qputenv("HOME", home);
     QStandardPaths::setTestModeEnabled(true);
+}
+
+/// A home of its own, with the user's choice of folders in it.
+class DownloadsFolder : public testing::Test {
+protected:
+    DownloadsFolder()
+    {
+        QStandardPaths::setTestModeEnabled(false);
+        qputenv("HOME", m_home.path().toUtf8());
+        qunsetenv("XDG_CONFIG_HOME");
+        QDir(m_home.path()).mkpath(u".config"_qs);
+    }
+    ~DownloadsFolder() override
+    {
+        restore("HOME", m_homeBefore);
+        restore("XDG_CONFIG_HOME", m_configBefore);
+        QStandardPaths::setTestModeEnabled(true);
+    }
+
+    QString inHome(const QString &name) const { return m_home.filePath(name); }
+    QString make(const QString &name) const
+    {
+        QDir(m_home.path()).mkpath(name);
+        return inHome(name);
+    }
+    void choose(const QByteArray &line) const
+    {
+        QFile file(inHome(u".config/user-dirs.dirs"_qs));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("XDG_DOWNLOAD_DIR=" + line + '\n');
+    }
+
+private:
+    static void restore(const char *name, const QByteArray &before)
+    {
+        before.isNull() ? qunsetenv(name) : qputenv(name, before);
+    }
+
+    QTemporaryDir m_home;
+    QByteArray m_homeBefore = qgetenv("HOME");
+    QByteArray m_configBefore = qgetenv("XDG_CONFIG_HOME");
+};
+
+TEST_F(DownloadsFolder, isTheUsualOneUnlessTheUserChoseAnother)
+{
+    const QString usual = make(u"Downloads"_qs);
+    EXPECT_EQ(downloadsFolder(), usual);
+    const QString chosen = make(u"Heruntergeladen/Größe"_qs);
+    choose("\"$HOME/Heruntergeladen/Größe\"");
+    EXPECT_EQ(downloadsFolder(), chosen);
+    choose('"' + chosen.toUtf8() + "/\"");
+    EXPECT_EQ(downloadsFolder(), chosen);
+}
+
+TEST_F(DownloadsFolder, isNoneIfItIsNotThere)
+{
+    EXPECT_EQ(downloadsFolder(), std::nullopt);
+    make(u"Downloads"_qs);
+    choose("\"$HOME/gone\"");
+    EXPECT_EQ(downloadsFolder(), std::nullopt);
+    QFile file(inHome(u"gone"_qs));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_EQ(downloadsFolder(), std::nullopt) << "no folder";
 }
 
 TEST(Folders, temporaryPathsAreNamedByNewUuids)
