@@ -3,6 +3,7 @@
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
+#include <unicode/unorm2.h>
 #include <unicode/utf16.h>
 
 #include <array>
@@ -39,7 +40,8 @@ icu::UnicodeString normalized(const icu::Normalizer2 &normalizer, const icu::Uni
 /// Whether a code point belongs to the group of the one before it.
 bool extendsGroup(UChar32 codePoint)
 {
-    return u_hasBinaryProperty(codePoint, UCHAR_GRAPHEME_EXTEND) || u_hasBinaryProperty(codePoint, UCHAR_EMOJI_MODIFIER);
+    return u_hasBinaryProperty(codePoint, UCHAR_GRAPHEME_EXTEND)
+           || u_hasBinaryProperty(codePoint, UCHAR_EMOJI_MODIFIER);
 }
 
 icu::UnicodeString foldedCase(UChar32 codePoint)
@@ -108,6 +110,11 @@ private:
 
 FoldedUnits foldedUnits; // without a constructor to run, and its pages cost nothing until they are asked for
 
+bool isDecomposed(UChar32 codePoint)
+{
+    return u_getIntPropertyValue(codePoint, UCHAR_NFD_QUICK_CHECK) == UNORM_YES;
+}
+
 /// Whether a code point of two units stands for itself alone.
 bool isPlainPair(UChar32 codePoint)
 {
@@ -141,13 +148,40 @@ FoldedText::FoldedText(QStringView text, TextSearchOptions options, Role role)
         U16_NEXT(units, end, size, first);
         for (qsizetype next = end; next < size; end = next) {
             UChar32 codePoint = 0;
+            if (foldedUnits[units[next]])
+                break; // it stands for itself
             U16_NEXT(units, next, size, codePoint);
             if (!extendsGroup(codePoint))
                 break;
         }
-        addGroup(text.sliced(start, end - start), start, first, options, role);
+        const QStringView group = text.sliced(start, end - start);
+        if (options != TextSearchOptions::caseInsensitive || !addPlainGroup(group, start, first))
+            addGroup(group, start, first, options, role);
         start = end;
     }
+}
+
+/// What addGroup() does where marks count, for the groups of which most texts are made: a base that stays one code
+/// point, and one mark at most. Returns false for another group.
+bool FoldedText::addPlainGroup(QStringView group, qsizetype start, UChar32 first)
+{
+    const bool isPair = U16_LENGTH(first) == 2;
+    const UChar32 base = isPair ? (isPlainPair(first) ? first : 0) : foldedUnits[static_cast<char16_t>(first)];
+    if (base == 0 || !isDecomposed(base))
+        return false;
+    const QStringView rest = group.sliced(U16_LENGTH(first));
+    UChar32 mark = 0;
+    if (!rest.isEmpty()) {
+        U16_GET(rest.utf16(), 0, 0, rest.size(), mark);
+        if (U16_LENGTH(mark) != rest.size() || !isDecomposed(mark))
+            return false;
+    }
+    const qsizetype end = start + group.size();
+    m_groups.push_back({start, end, end, m_elements.size()});
+    m_elements.push_back({base, false, m_groups.size() - 1});
+    if (!rest.isEmpty())
+        m_elements.push_back({mark, false, m_groups.size() - 1});
+    return true;
 }
 
 void FoldedText::addGroup(QStringView group, qsizetype start, UChar32 first, TextSearchOptions options, Role role)
@@ -160,21 +194,23 @@ void FoldedText::addGroup(QStringView group, qsizetype start, UChar32 first, Tex
     const qsizetype end = start + group.size();
     qsizetype coreEnd = end;
     const icu::UnicodeString whole(false, group.utf16(), static_cast<int32_t>(group.size()));
-    const icu::UnicodeString decomposedFirst = normalized(decomposition(), icu::UnicodeString(first));
-    const UChar32 base = decomposedFirst.char32At(0);
+    const UChar32 base = normalized(decomposition(), icu::UnicodeString(first)).char32At(0);
 
     if (options == TextSearchOptions::caseInsensitive) {
         add(withFoldedBase(normalized(decomposition(), whole)), false);
     } else if (base < firstUnreducedBase) {
         add(withoutMarks(foldedCase(base)), false);
-    } else if (role == Role::needle) {
-        // A mark that makes another letter of its base counts, however it is written.
-        const UChar32 composed = normalized(composition(), whole).char32At(0);
-        add(withFoldedBase(normalized(decomposition(), icu::UnicodeString(composed))), false);
     } else {
-        add(withFoldedBase(decomposedFirst), false);
-        add(normalized(decomposition(), whole.tempSubString(U16_LENGTH(first))), true);
-        coreEnd = start + U16_LENGTH(first);
+        // A mark that makes another letter of its base counts if the needle has it, however it is written.
+        const auto counted = role == Role::needle ? whole : icu::UnicodeString(first);
+        const icu::UnicodeString composed = normalized(composition(), counted);
+        const UChar32 letter = composed.char32At(0);
+        add(withFoldedBase(normalized(decomposition(), icu::UnicodeString(letter))), false);
+        if (role == Role::text) {
+            const icu::UnicodeString marks = composed.tempSubString(U16_LENGTH(letter));
+            add(normalized(decomposition(), marks + whole.tempSubString(U16_LENGTH(first))), true);
+            coreEnd = start + U16_LENGTH(first);
+        }
     }
     if (m_elements.size() > firstElement)
         m_groups.push_back({start, coreEnd, end, firstElement});

@@ -48,6 +48,7 @@ public:
     const std::vector<Element> &elements() const { return m_elements; }
 
 private:
+    bool addPlainGroup(QStringView group, qsizetype start, UChar32 first);
     void addGroup(QStringView group, qsizetype start, UChar32 first, TextSearchOptions options, Role role);
 
     std::vector<Group> m_groups;

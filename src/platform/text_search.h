@@ -20,9 +20,9 @@ struct TextRange {
 /// A text to search for, made ready once for searching in many. Any thread.
 ///
 /// A hit begins where a code point with its marks begins and ends where one ends, so it may still lie within a
-/// user-perceived character: the woman in a family of emoji is found. It is refused where it ends within one for a mark,
-/// a joiner or a Hangul letter that would be cut off; where marks do not count, they are left out at its end or taken
-/// in, according to the script. The empty text is found nowhere. Nothing else is ignored, no soft hyphen and no
+/// user-perceived character: the woman in a family of emoji is found. It is refused where it ends within one for a
+/// mark, a joiner or a Hangul letter that would be cut off; where marks do not count, they are left out at its end or
+/// taken in, according to the script. The empty text is found nowhere. Nothing else is ignored, no soft hyphen and no
 /// zero-width space.
 class TextSearch {
 public:
