@@ -161,15 +161,15 @@ FoldedText::FoldedText(QStringView text, TextSearchOptions options, Role role)
     }
 }
 
-/// What addGroup() does where marks count, for the groups of which most texts are made: a base that stays one code
-/// point, and one mark at most. Returns false for another group.
+/// What addGroup() does where marks count, for the groups of which most texts are made: a base alone, or one that does
+/// not decompose with one mark. Returns false for another group.
 bool FoldedText::addPlainGroup(QStringView group, qsizetype start, UChar32 first)
 {
     const bool isPair = U16_LENGTH(first) == 2;
     const UChar32 base = isPair ? (isPlainPair(first) ? first : 0) : foldedUnits[static_cast<char16_t>(first)];
-    if (base == 0 || !isDecomposed(base))
-        return false;
     const QStringView rest = group.sliced(U16_LENGTH(first));
+    if (base == 0 || (!rest.isEmpty() && !isDecomposed(base)))
+        return false;
     UChar32 mark = 0;
     if (!rest.isEmpty()) {
         U16_GET(rest.utf16(), 0, 0, rest.size(), mark);
@@ -178,7 +178,13 @@ bool FoldedText::addPlainGroup(QStringView group, qsizetype start, UChar32 first
     }
     const qsizetype end = start + group.size();
     m_groups.push_back({start, end, end, m_elements.size()});
-    m_elements.push_back({base, false, m_groups.size() - 1});
+    icu::UnicodeString decomposed;
+    if (decomposition().getDecomposition(base, decomposed)) {
+        for (int32_t i = 0; i < decomposed.length(); i = decomposed.moveIndex32(i, 1))
+            m_elements.push_back({decomposed.char32At(i), false, m_groups.size() - 1});
+    } else {
+        m_elements.push_back({base, false, m_groups.size() - 1});
+    }
     if (!rest.isEmpty())
         m_elements.push_back({mark, false, m_groups.size() - 1});
     return true;
