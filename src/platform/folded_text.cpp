@@ -65,6 +65,11 @@ icu::UnicodeString withoutMarks(const icu::UnicodeString &text)
     return result;
 }
 
+bool isDecomposed(UChar32 codePoint)
+{
+    return u_getIntPropertyValue(codePoint, UCHAR_NFD_QUICK_CHECK) == UNORM_YES;
+}
+
 /// The unit that a unit folds to on its own, or 0 if there is no such thing.
 char16_t computeFoldedUnit(char16_t unit)
 {
@@ -89,6 +94,9 @@ public:
         return m_units[unit];
     }
 
+    /// Whether the folded unit of `unit`, which was asked for before, does not decompose.
+    bool isWhole(char16_t unit) const { return m_isWhole[unit]; }
+
 private:
     static constexpr std::size_t pageSize = 256;
     static constexpr std::size_t unitCount = 0x10000;
@@ -98,22 +106,20 @@ private:
         const std::scoped_lock lock(m_filling);
         if (m_isFilled[page].load(std::memory_order_relaxed))
             return;
-        for (std::size_t unit = page * pageSize; unit < (page + 1) * pageSize; ++unit)
+        for (std::size_t unit = page * pageSize; unit < (page + 1) * pageSize; ++unit) {
             m_units[unit] = computeFoldedUnit(static_cast<char16_t>(unit));
+            m_isWhole[unit] = isDecomposed(m_units[unit]);
+        }
         m_isFilled[page].store(true, std::memory_order_release);
     }
 
     std::array<char16_t, unitCount> m_units = {};
+    std::array<bool, unitCount> m_isWhole = {};
     std::array<std::atomic<bool>, unitCount / pageSize> m_isFilled = {};
     std::mutex m_filling;
 };
 
 FoldedUnits foldedUnits; // without a constructor to run, and its pages cost nothing until they are asked for
-
-bool isDecomposed(UChar32 codePoint)
-{
-    return u_getIntPropertyValue(codePoint, UCHAR_NFD_QUICK_CHECK) == UNORM_YES;
-}
 
 /// Whether a code point of two units stands for itself alone.
 bool isPlainPair(UChar32 codePoint)
@@ -168,7 +174,8 @@ bool FoldedText::addPlainGroup(QStringView group, qsizetype start, UChar32 first
     const bool isPair = U16_LENGTH(first) == 2;
     const UChar32 base = isPair ? (isPlainPair(first) ? first : 0) : foldedUnits[static_cast<char16_t>(first)];
     const QStringView rest = group.sliced(U16_LENGTH(first));
-    if (base == 0 || (!rest.isEmpty() && !isDecomposed(base)))
+    const bool isWhole = isPair || foldedUnits.isWhole(static_cast<char16_t>(first));
+    if (base == 0 || (!rest.isEmpty() && !isWhole))
         return false;
     UChar32 mark = 0;
     if (!rest.isEmpty()) {
@@ -178,12 +185,12 @@ bool FoldedText::addPlainGroup(QStringView group, qsizetype start, UChar32 first
     }
     const qsizetype end = start + group.size();
     m_groups.push_back({start, end, end, m_elements.size()});
-    icu::UnicodeString decomposed;
-    if (decomposition().getDecomposition(base, decomposed)) {
+    if (isWhole) {
+        m_elements.push_back({base, false, m_groups.size() - 1});
+    } else {
+        const icu::UnicodeString decomposed = normalized(decomposition(), icu::UnicodeString(base));
         for (int32_t i = 0; i < decomposed.length(); i = decomposed.moveIndex32(i, 1))
             m_elements.push_back({decomposed.char32At(i), false, m_groups.size() - 1});
-    } else {
-        m_elements.push_back({base, false, m_groups.size() - 1});
     }
     if (!rest.isEmpty())
         m_elements.push_back({mark, false, m_groups.size() - 1});

@@ -106,6 +106,10 @@ void TextSearch::forEachFoldedHit(QStringView text, Visitor visit) const
     const FoldedText folded(text, m_options, FoldedText::Role::text);
     const auto &groups = folded.groups();
     for (std::size_t group = 0; group < groups.size();) {
+        if (folded.elements()[groups[group].firstElement].codePoint != m_elements.front()) {
+            ++group;
+            continue;
+        }
         const auto end = endOfMatch(folded, group);
         const TextRange hit{groups[group].start, end ? end->position - groups[group].start : 0};
         if (!end || isRefused(text, hit)) {
