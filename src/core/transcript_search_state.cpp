@@ -114,19 +114,21 @@ void TranscriptSearchState::recomputeMatchesFrom(qsizetype firstLine)
 
 void TranscriptSearchState::nextMatch()
 {
-    if (matchCount() == 0)
+    const int count = matchCount();
+    if (count == 0)
         return;
     const Shown before = shown();
-    goTo((m_currentMatchIndex + 1) % matchCount());
+    goTo((m_currentMatchIndex + 1) % count);
     tellChangesSince(before);
 }
 
 void TranscriptSearchState::previousMatch()
 {
-    if (matchCount() == 0)
+    const int count = matchCount();
+    if (count == 0)
         return;
     const Shown before = shown();
-    goTo((m_currentMatchIndex - 1 + matchCount()) % matchCount());
+    goTo((m_currentMatchIndex - 1 + count) % count);
     tellChangesSince(before);
 }
 

@@ -65,6 +65,7 @@ icu::UnicodeString withoutMarks(const icu::UnicodeString &text)
     return result;
 }
 
+/// Whether a code point has no decomposition.
 bool isDecomposed(UChar32 codePoint)
 {
     return u_getIntPropertyValue(codePoint, UCHAR_NFD_QUICK_CHECK) == UNORM_YES;
