@@ -23,13 +23,18 @@ QVariant TranscriptLinesModel::data(const QModelIndex &index, int role) const
     const bool isText = role == TextRole || role == Qt::DisplayRole;
     if (!isText || !checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    const QStringView line = m_transcript.line(index.row());
-    return (m_stripDashes ? stripDashMarkers(line) : line).toString();
+    return line(index.row()).toString();
 }
 
 QHash<int, QByteArray> TranscriptLinesModel::roleNames() const
 {
     return {{TextRole, "text"}};
+}
+
+QStringView TranscriptLinesModel::line(qsizetype index) const
+{
+    const QStringView line = m_transcript.line(index);
+    return m_stripDashes ? stripDashMarkers(line) : line;
 }
 
 void TranscriptLinesModel::apply(const LiveTranscript::Change &change)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/live_transcript.h"
+#include "core/text_lines.h"
 
 #include <QAbstractListModel>
 
@@ -8,7 +9,9 @@ namespace sorvanta {
 
 /// The lines of a run's transcript as rows, one for each line of the displayed text, with only the rows announced
 /// that a piece of output changed. Main thread only.
-class TranscriptLinesModel : public QAbstractListModel {
+///
+/// As TextLines it gives what the transcript holds now, which may be ahead of the rows announced.
+class TranscriptLinesModel : public QAbstractListModel, public TextLines {
     Q_OBJECT
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
@@ -22,6 +25,9 @@ public:
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
+
+    qsizetype lineCount() const override { return m_transcript.lineCount(); }
+    QStringView line(qsizetype index) const override;
 
     /// Announces what the last append() to the transcript changed.
     void apply(const LiveTranscript::Change &change);

@@ -70,6 +70,9 @@ public:
     /// The end, in UTF-16 units, of the cluster that begins at `start`, which must lie before the end of the text.
     qsizetype end(qsizetype start);
 
+    /// Whether a cluster ends at `position`, which must lie behind the beginning of the text.
+    bool isBorder(qsizetype position) { return end(position - 1) == position; }
+
 private:
     QStringView m_text;
     struct Iterator;

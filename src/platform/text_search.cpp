@@ -1,0 +1,157 @@
+#include "platform/text_search.h"
+
+#include "platform/unicode_text.h"
+
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf16.h>
+
+namespace sorvanta {
+
+namespace {
+
+constexpr UChar32 combiningGraphemeJoiner = 0x034F;
+constexpr uint8_t viramaClass = 9;
+
+bool isHangul(UChar32 codePoint)
+{
+    return u_getIntPropertyValue(codePoint, UCHAR_HANGUL_SYLLABLE_TYPE) != U_HST_NOT_APPLICABLE;
+}
+
+/// Whether what stands in front holds on to what follows if both are in one user-perceived character.
+bool holdsOn(UChar32 last, UChar32 next)
+{
+    if (last == combiningGraphemeJoiner || last == zeroWidthJoiner || u_getCombiningClass(last) == viramaClass)
+        return true;
+    return isConjoiningHangul(last) || (isHangul(last) && isConjoiningHangul(next));
+}
+
+QStringView viewOf(const Utf16Units &units)
+{
+    return {units.data(), units.size()};
+}
+
+} // namespace
+
+TextSearch::TextSearch(QStringView needle, TextSearchOptions options)
+    : m_options(options)
+{
+    icu::UnicodeString decomposed;
+    const FoldedText folded(needle, options, FoldedText::Role::needle);
+    for (const FoldedText::Element &element : folded.elements()) {
+        m_elements.push_back(element.codePoint);
+        decomposed += element.codePoint;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString composed = icu::Normalizer2::getNFCInstance(status)->normalize(decomposed, status);
+    if (!foldUnitByUnit(QStringView(composed.getBuffer(), composed.length()), m_units))
+        m_units.clear();
+}
+
+std::optional<TextRange> TextSearch::firstHit(QStringView text) const
+{
+    std::optional<TextRange> first;
+    forEachHit(text, [&first](TextRange hit) {
+        first = hit;
+        return false;
+    });
+    return first;
+}
+
+std::vector<TextRange> TextSearch::hits(QStringView text) const
+{
+    std::vector<TextRange> all;
+    forEachHit(text, [&all](TextRange hit) {
+        all.push_back(hit);
+        return true;
+    });
+    return all;
+}
+
+qsizetype TextSearch::hitCount(QStringView text) const
+{
+    qsizetype count = 0;
+    forEachHit(text, [&count](TextRange) {
+        ++count;
+        return true;
+    });
+    return count;
+}
+
+/// @param visit is called with each hit and says whether to go on
+template<typename Visitor>
+void TextSearch::forEachHit(QStringView text, Visitor visit) const
+{
+    if (m_elements.empty())
+        return;
+    Utf16Units units;
+    if (m_options != TextSearchOptions::caseInsensitive || !foldUnitByUnit(text, units)) {
+        forEachFoldedHit(text, visit);
+        return;
+    }
+    const QStringView needle = viewOf(m_units);
+    if (needle.isEmpty())
+        return;
+    for (qsizetype at = viewOf(units).indexOf(needle); at >= 0;
+         at = viewOf(units).indexOf(needle, at + needle.size())) {
+        if (!visit(TextRange{at, needle.size()}))
+            return;
+    }
+}
+
+template<typename Visitor>
+void TextSearch::forEachFoldedHit(QStringView text, Visitor visit) const
+{
+    const FoldedText folded(text, m_options, FoldedText::Role::text);
+    const auto &groups = folded.groups();
+    for (std::size_t group = 0; group < groups.size();) {
+        if (folded.elements()[groups[group].firstElement].codePoint != m_elements.front()) {
+            ++group;
+            continue;
+        }
+        const auto end = endOfMatch(folded, group);
+        const TextRange hit{groups[group].start, end ? end->position - groups[group].start : 0};
+        if (!end || isRefused(text, hit)) {
+            ++group;
+            continue;
+        }
+        if (!visit(hit))
+            return;
+        group = end->group + 1;
+    }
+}
+
+/// The end of a match that begins with the group `first`, or none if there is no match.
+std::optional<TextSearch::MatchEnd> TextSearch::endOfMatch(const FoldedText &text, std::size_t first) const
+{
+    const auto &elements = text.elements();
+    std::size_t next = text.groups()[first].firstElement;
+    for (const UChar32 codePoint : m_elements) {
+        while (next < elements.size() && elements[next].codePoint != codePoint && elements[next].isOptional)
+            ++next;
+        if (next == elements.size() || elements[next].codePoint != codePoint)
+            return std::nullopt;
+        ++next;
+    }
+    const FoldedText::Element &last = elements[next - 1];
+    const bool isGroupCut = next < elements.size() && elements[next].group == last.group && !elements[next].isOptional;
+    if (isGroupCut)
+        return std::nullopt;
+    const FoldedText::Group &group = text.groups()[last.group];
+    return MatchEnd{last.group, last.isOptional ? group.end : group.coreEnd};
+}
+
+bool TextSearch::isRefused(QStringView text, TextRange hit) const
+{
+    const qsizetype end = hit.start + hit.length;
+    if (m_options != TextSearchOptions::caseInsensitive || end == text.size())
+        return false;
+    UChar32 last = 0;
+    UChar32 next = 0;
+    U16_GET(text.utf16(), 0, end - 1, text.size(), last);
+    U16_GET(text.utf16(), 0, end, text.size(), next);
+    return holdsOn(last, next) && !GraphemeClusters(text).isBorder(end);
+}
+
+} // namespace sorvanta
