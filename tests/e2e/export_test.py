@@ -1,46 +1,14 @@
 #!/usr/bin/python3
 """What becomes of a transcript in the menu Export: files saved through the panel and into the Downloads folder."""
 
-import csv
-import html.parser
-import io
-import json
-import re
-import zipfile
-
 from accessible_window import Atspi
-from window_test import FIRST_LINES, WINDOW, WindowTest, main
+from exports import SUBMENU, Exports
+from window_test import WINDOW, WindowTest, main
 
-LINES = 15  # what the computed model recites for 100 seconds
-LABELS = {"txt": "TXT", "srt": "SRT", "vtt": "VTT", "csv": "CSV", "docx": "DOCX", "pdf": "PDF",
-          "md": "Markdown (.md)", "html": "HTML", "json": "JSON"}
-WORDS = {**LABELS, "md": "Markdown"}
-SUBMENU = "Download to Downloads"
 PANEL = "Save As"
 
 
-class Paragraphs(html.parser.HTMLParser):
-    def __init__(self, text):
-        super().__init__()
-        self.texts = []
-        self._is_inside = False
-        self.feed(text)
-
-    def handle_starttag(self, tag, attributes):
-        if tag == "p":
-            self.texts.append("")
-            self._is_inside = True
-
-    def handle_endtag(self, tag):
-        if tag == "p":
-            self._is_inside = False
-
-    def handle_data(self, data):
-        if self._is_inside:
-            self.texts[-1] += data
-
-
-class ExportTest(WindowTest):
+class ExportTest(Exports, WindowTest):
     def transcribed(self):
         """The window behind a finished run. @return it, and the entry of the run in the history"""
         window = self.start_on_file_screen()
@@ -48,85 +16,15 @@ class ExportTest(WindowTest):
         window.expect("Done", patience=60)
         return window, self.history()[0]
 
-    def open_menu(self, window):
-        window.press("Export")
-        window.wait(lambda: len(window.menu_items()) == 10, "the menu")
-
-    def open_submenu(self, window):
-        self.open_menu(window)
-        window.act(window.menu_items(SUBMENU)[0], "Press")
-        window.wait(lambda: len(window.menu_items()) == 19, "the submenu")
-
-    def make_downloads(self, name="Downloads"):
-        folder = self.session.home / name
-        folder.mkdir()
-        return folder
-
-    def check(self, path, entry):
-        """Whether the file holds the transcript of the entry in the form of its extension."""
-        kind = path.suffix[1:]
-        lines = entry["text"].split("\n")
-        self.assertEqual(lines[:2], FIRST_LINES)
-        self.assertEqual(len(lines), LINES)
-        data = path.read_bytes()
-        if kind == "docx":
-            with zipfile.ZipFile(io.BytesIO(data)) as document:
-                self.assertIsNone(document.testzip())
-                body = document.read("word/document.xml").decode()
-            for line in lines:
-                self.assertIn(line, re.sub(r"<[^>]*>", "", body))
-            return
-        if kind == "pdf":
-            self.assertTrue(data.startswith(b"%PDF-"))
-            self.assertTrue(data.rstrip().endswith(b"%%EOF"))
-            self.assertRegex(data, rb"/MediaBox\s*\[\s*0 0 612(\.0+)? 792(\.0+)?\s*\]")
-            return
-        text = data.decode("utf-8")
-        self.assertFalse(text.startswith("\ufeff"))
-        self.assertNotIn("\r", text)
-        if kind == "txt":
-            self.assertEqual(text, entry["text"])
-        elif kind == "srt":
-            with open(entry["srtPath"], encoding="utf-8") as stored:
-                self.assertEqual(text, stored.read())
-        elif kind == "vtt":
-            self.assertTrue(text.startswith("WEBVTT\n\n00:00:00.000 --> 00:00:04.200\n" + lines[0] + "\n\n"))
-            self.assertEqual(text.count(" --> "), LINES)
-        elif kind == "csv":
-            rows = list(csv.reader(io.StringIO(text)))
-            self.assertEqual(rows[0], ["start", "end", "text"])
-            self.assertEqual([row[2] for row in rows[1:]], lines)
-        elif kind == "md":
-            self.assertEqual([re.sub(r"^\*\*\[.* -> .*\]\*\* ", "", part) for part in text.split("\n\n")], lines)
-        elif kind == "html":
-            self.assertEqual([re.sub(r"^\[.* -> .*\] ", "", part) for part in Paragraphs(text).texts], lines)
-        else:
-            content = json.loads(text)
-            self.assertEqual(content["text"], entry["text"])
-            self.assertEqual([segment["text"] for segment in content["segments"]], lines)
-
     def test_every_format_is_saved_through_the_panel(self):
         window, entry = self.transcribed()
-        for kind, label in LABELS.items():
-            with self.subTest(kind):
-                path = self.session.home / f"My talk.{kind}"
-                self.open_menu(window)
-                window.act(window.menu_items(label)[0], "Press")
-                self.assertEqual(window.save_file(path), f"talk_transcription.{kind}")
-                window.expect(f"Saved {WORDS[kind]} to My talk.{kind}")
-                self.check(path, entry)
+        self.save_every_format(window, entry, "talk")
         self.assertIsNone(window.find("Copy Error"))
 
     def test_every_format_is_downloaded(self):
         folder = self.make_downloads()
         window, entry = self.transcribed()
-        for kind, label in LABELS.items():
-            with self.subTest(kind):
-                self.open_submenu(window)
-                window.act(window.menu_items(label)[1], "Press")
-                window.expect(f"Saved {WORDS[kind]} to Downloads/talk_transcription.{kind}")
-                self.check(folder / f"talk_transcription.{kind}", entry)
-        self.assertEqual(len(list(folder.iterdir())), len(LABELS))
+        self.download_every_format(window, entry, "talk", folder)
 
     def test_a_second_download_leaves_the_first(self):
         folder = self.make_downloads()

@@ -1,15 +1,15 @@
 #!/usr/bin/python3
 """The section in which models are fetched and removed."""
 
-from accessible_window import BUTTON, Atspi
+from accessible_window import Atspi
+from models_screen import ModelsScreen
 from window_test import WINDOW, WindowTest, main
 
 NO_MODELS = ("No models downloaded. Visit Models Settings to download a model into Application "
              "Support/Sorvanta/Models.")
-TALL = (1200, 1500)  # all rows are in the window, though not on the display
 
 
-class ModelsTest(WindowTest):
+class ModelsTest(ModelsScreen, WindowTest):
     def setUp(self):
         super().setUp()
         self.file_manager = None
@@ -24,48 +24,12 @@ class ModelsTest(WindowTest):
         self.models_folder().mkdir(parents=True, exist_ok=True)
         (self.models_folder() / name).write_text("Whatever it holds, it counts.\n")
 
-    def start_on_models(self):
-        self.accept_policies()
-        window = self.start()
-        window.expect("Choose File…")
-        window.press_row("Models Settings")
-        window.expect("Models", [Atspi.Role.LIST])
-        self.session.resize(WINDOW, *TALL)
-        window.expect("Tiny", [Atspi.Role.LIST_ITEM])
-        return window
-
     def start_file_manager(self):
         """Starts a file manager of the session. @return the file in which it tells what it selected"""
         record = self.session.home / "selected"
         self.file_manager = self.session.start([self.build / "tests/fake_file_manager", record])
         self.eventually(record.exists, "the file manager")
         return record
-
-    def words(self, window, model):
-        """What the row of a model tells, behind its name."""
-        return [node.get_name() for node in self.parts(window, model) if node.get_name()][2:]
-
-    def parts(self, window, model):
-        """The row of a model and all in it that is shown."""
-        rows = [node for node in window.nodes()
-                if node.get_role() == Atspi.Role.LIST_ITEM and node.get_name() == model]
-        found = []
-        while rows:
-            node = rows.pop(0)
-            rows = [node.get_child_at_index(i) for i in range(node.get_child_count())] + rows
-            if window.is_showing(node):
-                found.append(node)
-        return found
-
-    def press(self, window, model, button):
-        """Presses a button of the row of a model."""
-        def find():
-            return [node for node in self.parts(window, model)
-                    if node.get_role() in BUTTON and node.get_name() == button]
-        window.act(window.wait(find, f"“{button}” of “{model}”")[0], "Press")
-
-    def expect_status(self, window, model, status):
-        self.eventually(lambda: status in self.words(window, model), f"{model} to be “{status}”")
 
     def test_each_model_has_a_row_with_what_it_is_and_how_it_stands(self):
         self.place_file("ggml-large-v3.bin")
