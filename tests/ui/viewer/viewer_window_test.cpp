@@ -189,9 +189,9 @@ TEST_F(ViewerWindow, scrollsToTheCentreByAnAnimationWhereThereIsMotion)
 {
     fill(3000);
     open();
-    QQmlComponent theme(&engine);
-    theme.setData("import QtQml\nimport Sorvanta.Style\nQtObject { Component.onCompleted: Theme.motion = true }", {});
-    const std::unique_ptr<QObject> holder(theme.create());
+    QQmlComponent motion(&engine);
+    motion.setData("import QtQml\nimport Sorvanta.Style\nQtObject { Component.onCompleted: Theme.motion = true }", {});
+    const std::unique_ptr<QObject> holder(motion.create());
     for (const int target : {3, 30, 2000, 1990}) {
         viewer.updateActiveSegment(2 * target);
         QTest::qWait(450);
@@ -216,7 +216,8 @@ TEST_F(ViewerWindow, aTickCostsLittle)
         viewer.updateActiveSegment(1000 + 0.2 * tick);
         QTest::qWait(200);
     }
-    const double share = 100.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / (clock.elapsed() / 1000.0);
+    const double share =
+        100.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / (clock.elapsed() / 1000.0);
     std::cout << "playback costs " << share << " % of a core\n";
     EXPECT_LT(share, 30);
 }

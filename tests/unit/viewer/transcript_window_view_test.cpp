@@ -88,7 +88,7 @@ struct TimeText {
     const char *text;
 };
 
-class WindowTimeText : public testing::TestWithParam<TimeText> {};
+class WindowTimeText : public testing::TestWithParam<TimeText> { };
 
 TEST_P(WindowTimeText, showsMinutesAndSeconds)
 {
