@@ -18,11 +18,22 @@ namespace sorvanta {
 
 namespace {
 
+QtMessageHandler strictHandler = nullptr;
+
+/// The platform without a screen says each time that it has no order of windows; every other warning is a failure.
+void passOnButRaising(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (text != u"This plugin does not support raise()")
+        strictHandler(type, context, text);
+}
+
 /// The real window over a screen that is a few variables.
 class ViewerWindow : public UiTest {
 protected:
+    ViewerWindow() { strictHandler = qInstallMessageHandler(passOnButRaising); }
     ~ViewerWindow() override
     {
+        qInstallMessageHandler(strictHandler);
         if (!window)
             return;
         viewer.closeTranscriptWindow();
@@ -169,6 +180,8 @@ TEST_F(ViewerWindow, putsTheRowAskedForInTheCentreOfAHundredThousand)
     fill(100000);
     QElapsedTimer clock;
     clock.start();
+    viewer.syncTranscriptWindow();
+    std::cout << "read after " << clock.restart() << " ms\n";
     open();
     std::cout << "opened after " << clock.elapsed() << " ms\n";
     for (const double size : {16.0, 96.0}) {
@@ -192,10 +205,10 @@ TEST_F(ViewerWindow, scrollsToTheCentreByAnAnimationWhereThereIsMotion)
     QQmlComponent motion(&engine);
     motion.setData("import QtQml\nimport Sorvanta.Style\nQtObject { Component.onCompleted: Theme.motion = true }", {});
     const std::unique_ptr<QObject> holder(motion.create());
-    for (const int target : {3, 30, 2000, 1990}) {
+    for (const int target : {1, 30, 2000, 1990}) {
         viewer.updateActiveSegment(2 * target);
         QTest::qWait(450);
-        if (target == 3)
+        if (target == 1)
             EXPECT_EQ(list()->property("contentY").toDouble(), -8) << "it is in sight at the top";
         else
             EXPECT_LE(std::abs(fromCentre(target)), 1) << target;
