@@ -71,7 +71,7 @@ void BatchExport::write(const QList<BatchExportItem> &items, const QString &fold
 {
     try {
         for (const BatchExportItem &item : items)
-            writeFileAtomically(uniqueFolderURL(folder, item.fileName), item.data);
+            writeFileAtomically(uniqueFolderURL(folder, item.fileName), item.data, FileAccess::Usual);
     } catch (const Error &error) {
         fail(label, error.localizedDescription());
         return;

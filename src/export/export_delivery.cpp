@@ -32,7 +32,7 @@ void ExportDelivery::saveWithPanel(const DeliveryContent &content, const QString
 {
     clearMessages();
     const QString success = filledIn(m_settings.form.saved, savedWord);
-    const QString failure = filledIn(m_settings.form.saveFailed, extension.toUpper());
+    const QString failure = saveFailure(m_settings.form, extension);
     m_settings.panels.saveFile({m_settings.defaultName(extension), allowedTypes},
                                [self = QPointer(this), content, success, failure](const std::optional<QString> &path) {
                                    if (self && path)
@@ -67,12 +67,14 @@ void ExportDelivery::write(const DeliveryContent &content, const QString &target
         throw Error(u"Export"_qs, 0, u"No content available to export."_qs);
     if (content.sourcePath && isSameItem(*content.sourcePath, target))
         return; // Whoever exports a stored file onto itself must not lose it.
-    if (m_settings.form.removesTargetFirst && isNameTaken(target))
+    // A stored file that went meanwhile must not take with it what it was to replace.
+    const bool isThere = !content.sourcePath || itemExists(*content.sourcePath);
+    if (m_settings.form.removesTargetFirst && isThere && isNameTaken(target))
         removeItem(target);
     if (content.sourcePath)
-        copyFile(*content.sourcePath, target);
+        copyFile(*content.sourcePath, target, FileAccess::Usual);
     else
-        writeFileAtomically(target, content.data ? *content.data : content.text->toUtf8());
+        writeFileAtomically(target, content.data ? *content.data : content.text->toUtf8(), FileAccess::Usual);
 }
 
 void ExportDelivery::deliver(const DeliveryContent &content, const QString &target, const QString &success,
@@ -86,6 +88,11 @@ void ExportDelivery::deliver(const DeliveryContent &content, const QString &targ
     }
     m_settings.messages.setMessage(success + lastPathComponent(target));
     m_settings.messages.setError(std::nullopt);
+}
+
+QString saveFailure(const DeliveryForm &form, const QString &extension)
+{
+    return filledIn(form.saveFailed, extension.toUpper());
 }
 
 QString savedWord(ExportFormat format)

@@ -95,6 +95,9 @@ private:
     Settings m_settings;
 };
 
+/// What stands before the description of a failed save: "Could not save TXT: ".
+QString saveFailure(const DeliveryForm &form, const QString &extension);
+
 /// "Saved TXT".
 QString savedWord(ExportFormat format);
 

@@ -4,7 +4,6 @@
 #include "export/stored_export.h"
 #include "export/text_export.h"
 #include "platform/error.h"
-#include "platform/file_system.h"
 #include "platform/unicode_text.h"
 
 #include <utility>
@@ -12,12 +11,6 @@
 namespace sorvanta {
 
 namespace {
-
-/// The path if a file is there.
-std::optional<QString> storedFile(const std::optional<QString> &path)
-{
-    return path && !path->isEmpty() && itemExists(*path) ? path : std::nullopt;
-}
 
 std::optional<DeliveryContent> textContent(std::optional<QString> text, std::optional<QString> sourcePath = {})
 {

@@ -36,23 +36,24 @@ std::optional<TranscriptSegment> parseBlock(QStringView block, RegularExpression
     return segment;
 }
 
-bool hasStoredSrt(const TranscriptionHistoryEntry &entry)
-{
-    return entry.srtPath && itemExists(*entry.srtPath);
-}
-
 std::optional<QString> storedSrt(const TranscriptionHistoryEntry &entry)
 {
-    if (!hasStoredSrt(entry))
+    const auto path = storedFile(entry.srtPath);
+    if (!path)
         return std::nullopt;
     try {
-        return decodeText(readFile(*entry.srtPath));
+        return decodeText(readFile(*path));
     } catch (const Error &) {
         return std::nullopt;
     }
 }
 
 } // namespace
+
+std::optional<QString> storedFile(const std::optional<QString> &path)
+{
+    return path && itemExists(*path) ? path : std::nullopt;
+}
 
 QList<TranscriptSegment> parseStoredSrt(const QString &text)
 {
@@ -83,7 +84,7 @@ std::optional<QString> historySrtText(const TranscriptionHistoryEntry &entry)
 
 bool hasTimestamps(const TranscriptionHistoryEntry &entry)
 {
-    return hasStoredSrt(entry) || !historySegments(entry).isEmpty();
+    return storedFile(entry.srtPath) || !historySegments(entry).isEmpty();
 }
 
 } // namespace sorvanta

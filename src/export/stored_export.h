@@ -13,6 +13,9 @@ namespace sorvanta {
 // What an entry of the history has for its exports. The files of an entry are read, blocking, at each call; one that
 // cannot be read counts as missing, and nothing is reported.
 
+/// A path that an entry names, if something lies there.
+std::optional<QString> storedFile(const std::optional<QString> &path);
+
 /// The timed lines of the entry: those of its stored subtitles, or, where there are none, those in its text, dash
 /// markers included.
 QList<TranscriptSegment> historySegments(const TranscriptionHistoryEntry &entry);

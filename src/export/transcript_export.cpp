@@ -41,7 +41,7 @@ void TranscriptExport::save(ExportFormat format)
         else if (format == ExportFormat::csv)
             m_settings.messages.setError(m_settings.nothingForCsv);
     } catch (const Error &error) {
-        m_settings.messages.setError(u"Could not save %1: "_qs.arg(fileExtension(format).toUpper())
+        m_settings.messages.setError(saveFailure(transcriptionDelivery, fileExtension(format))
                                      + error.localizedDescription());
     }
 }

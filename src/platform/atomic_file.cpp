@@ -1,6 +1,7 @@
 #include "platform/atomic_file.h"
 
 #include "platform/file_errors.h"
+#include "platform/folders.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,9 +9,9 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 namespace sorvanta {
 
@@ -39,13 +40,38 @@ QByteArray targetOf(const QString &path)
 
 constexpr char unfinishedPrefix[] = ".sorvanta-";
 
+/// The permissions of the file at `target`, or none if there is no file.
+std::optional<mode_t> permissionsOf(const QByteArray &target)
+{
+    struct stat status;
+    if (::stat(target.constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+}
+
+/// Makes an empty file beside `target`, whose name goes into `path`.
+FileDescriptor newUnfinishedFile(QByteArray &path, const QByteArray &target, FileAccess access)
+{
+    const auto permissions = access == FileAccess::Usual ? permissionsOf(target) : std::nullopt;
+    const mode_t mode = access == FileAccess::Usual && !permissions ? usualFileMode : privateFileMode;
+    for (;;) {
+        path = folderOf(target) + '/' + unfinishedPrefix + newUuidText().first(6).toLatin1();
+        FileDescriptor file = opened(path, O_WRONLY | O_CREAT | O_EXCL, mode);
+        if (!file.isOpen() && errno == EEXIST)
+            continue;
+        // A file system without permissions refuses, and has none to keep.
+        if (file.isOpen() && permissions)
+            ::fchmod(file.number(), *permissions);
+        return file;
+    }
+}
+
 } // namespace
 
-AtomicFile::AtomicFile(const QString &path)
+AtomicFile::AtomicFile(const QString &path, FileAccess access)
     : m_target(targetOf(path))
     , m_folder(opened(folderOf(m_target), O_RDONLY | O_DIRECTORY))
-    , m_temporary(folderOf(m_target) + '/' + unfinishedPrefix + "XXXXXX")
-    , m_file(m_folder.isOpen() ? ::mkostemp(m_temporary.data(), O_CLOEXEC) : -1)
+    , m_file(m_folder.isOpen() ? newUnfinishedFile(m_temporary, m_target, access) : FileDescriptor(-1))
     , m_unfinished(m_file.isOpen() ? m_temporary : QByteArray())
 {
     if (!m_file.isOpen())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/error.h"
+#include "platform/file_access.h"
 #include "platform/file_descriptor.h"
 
 #include <QByteArray>
@@ -13,7 +14,7 @@ namespace sorvanta {
 /// Failures are thrown as an Error of writingError().
 class AtomicFile {
 public:
-    explicit AtomicFile(const QString &path);
+    explicit AtomicFile(const QString &path, FileAccess access = FileAccess::Private);
 
     void write(QByteArrayView bytes);
     /// Appends an open file from `offset` to its end without taking the bytes into memory.

@@ -76,6 +76,9 @@ struct FileStamp {
 /// The stamp of an open file, or none if the system does not tell it.
 std::optional<FileStamp> stampOf(int file);
 
+constexpr mode_t privateFileMode = 0600;
+constexpr mode_t usualFileMode = 0666; // of which the system takes away the umask
+
 /// A path as the system takes it; empty, which names nothing, if it holds U+0000.
 QByteArray encodedPath(const QString &path);
 

@@ -18,7 +18,6 @@ namespace sorvanta {
 namespace {
 
 constexpr mode_t folderMode = 0700;
-constexpr mode_t fileMode = 0600;
 
 bool isFolder(const QString &path)
 {
@@ -124,21 +123,22 @@ QByteArray readFile(const QString &path)
     }
 }
 
-void writeFileAtomically(const QString &path, QByteArrayView bytes)
+void writeFileAtomically(const QString &path, QByteArrayView bytes, FileAccess access)
 {
-    AtomicFile file(path);
+    AtomicFile file(path, access);
     file.write(bytes);
     file.commit();
 }
 
-void copyFile(const QString &source, const QString &destination)
+void copyFile(const QString &source, const QString &destination, FileAccess access)
 {
     struct stat status;
     if (itemIsMissing(source))
         throw copyingError(source, destination, ENOENT);
     const FileDescriptor input = openedForReading(source, status);
     const QByteArray target = encodedPath(destination);
-    FileDescriptor output = opened(target, O_WRONLY | O_CREAT | O_EXCL, fileMode);
+    FileDescriptor output =
+        opened(target, O_WRONLY | O_CREAT | O_EXCL, access == FileAccess::Usual ? usualFileMode : privateFileMode);
     if (!output.isOpen())
         throw copyingError(source, destination, errno);
     UnfinishedFile unfinished(target);

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "platform/file_access.h"
+
 #include <QByteArray>
 #include <QString>
 
 namespace sorvanta {
 
 // Blocking work with files. Every failure is thrown as an Error of file_errors.h. What is made here is private to
-// the user: files have the mode 0600 and folders 0700. A path that holds U+0000 names nothing.
+// the user, folders (0700) always and files where nothing else is asked for. A path that holds U+0000 names nothing.
 
 /// Whether something lies at `path`, whatever it is; a symbolic link counts if its target does.
 bool itemExists(const QString &path);
@@ -25,12 +27,12 @@ QByteArray readFile(const QString &path);
 /// stands as it was and nothing else lies beside it; only if the very last step fails, the flushing of the folder, the
 /// new file is there already, but may not outlast a loss of power. A symbolic link stays one, and what it leads to is
 /// replaced, or made where it is missing.
-void writeFileAtomically(const QString &path, QByteArrayView bytes);
+void writeFileAtomically(const QString &path, QByteArrayView bytes, FileAccess access = FileAccess::Private);
 
 /// Copies the file at `source` to `destination`, where nothing may lie, and flushes it to disk; memory does not grow
-/// with the file, and file systems that can do so let both share their blocks. After a failure nothing of the copy is
-/// left.
-void copyFile(const QString &source, const QString &destination);
+/// with the file, and file systems that can do so let both share their blocks. The permissions of the source do not
+/// count. After a failure nothing of the copy is left.
+void copyFile(const QString &source, const QString &destination, FileAccess access = FileAccess::Private);
 
 /// Makes the folder at `path` and those above it that are missing.
 void makeFolder(const QString &path);

@@ -13,12 +13,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace sorvanta {
 
 /// A record of messages, panels that a test answers, and folders to write into.
 class DeliveryTest : public testing::Test {
 protected:
-    DeliveryTest() { QDir().mkpath(downloads); }
+    DeliveryTest()
+    {
+        ::umask(022);
+        QDir().mkpath(downloads);
+    }
 
     ExportMessages messages()
     {
@@ -50,6 +56,12 @@ protected:
         return path(file);
     }
     QByteArray bytes(const QString &file) const { return readFile(path(file)); }
+    int modeOf(const QString &file) const
+    {
+        struct stat status { };
+        EXPECT_EQ(::stat(QFile::encodeName(path(file)).constData(), &status), 0);
+        return status.st_mode & 07777;
+    }
     QStringList namesIn(const QString &place) const
     {
         return QDir(place).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);

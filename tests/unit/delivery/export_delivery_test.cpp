@@ -84,6 +84,27 @@ TEST_F(Delivery, anExistingFileIsReplaced)
     EXPECT_THAT(namesIn(folder.path()), ElementsAre("Downloads", "a.txt"));
 }
 
+TEST_F(Delivery, anExportIsAFileAsOtherProgramsMakeThem)
+{
+    save(text, path("a.txt"));
+    EXPECT_EQ(modeOf("a.txt"), 0644);
+    save({.data = "data"}, path("a.docx"), "docx", "Saved DOCX");
+    EXPECT_EQ(modeOf("a.docx"), 0644);
+    download(text);
+    EXPECT_EQ(modeOf("Downloads/talk.txt"), 0644);
+}
+
+TEST_F(Delivery, aFileThatIsReplacedKeepsItsPermissions)
+{
+    put("a.txt");
+    save(text, path("a.txt"));
+    EXPECT_EQ(bytes("a.txt"), "Grüße 🙂\n");
+    EXPECT_EQ(modeOf("a.txt"), 0600);
+    ASSERT_EQ(::chmod(QFile::encodeName(path("a.txt")).constData(), 0664), 0);
+    save(text, path("a.txt"));
+    EXPECT_EQ(modeOf("a.txt"), 0664);
+}
+
 TEST_F(Delivery, aLinkStaysALinkAndWhatItLeadsToIsReplaced)
 {
     put("real.txt");
@@ -304,6 +325,16 @@ TEST_F(HistoryDelivery, aStoredFileIsCopiedOverWhatIsThere)
     EXPECT_EQ(message, "Exported to a.srt");
 }
 
+TEST_F(HistoryDelivery, theCopyOfAStoredFileIsNotPrivateAsThatIs)
+{
+    const DeliveryContent stored{.sourcePath = put("stored.srt", "stored")};
+    save(stored, path("a.srt"), "srt", "Saved SRT");
+    EXPECT_EQ(modeOf("a.srt"), 0644);
+    download(stored, "srt", "Saved SRT");
+    EXPECT_EQ(modeOf("Downloads/talk.srt"), 0644);
+    EXPECT_EQ(modeOf("stored.srt"), 0600);
+}
+
 TEST_F(HistoryDelivery, theTargetIsRemovedFirst)
 {
     put("real.txt");
@@ -348,12 +379,14 @@ TEST_F(HistoryDelivery, withoutContentItFailsAndLeavesTheTargetAlone)
     EXPECT_EQ(bytes("a.txt"), "old");
 }
 
-TEST_F(HistoryDelivery, aStoredFileThatWentMeanwhileIsAFailure)
+TEST_F(HistoryDelivery, aStoredFileThatWentMeanwhileIsAFailureAndLeavesTheTargetAlone)
 {
+    put("a.txt");
     save({.sourcePath = path("gone.txt"), .text = u"in memory"_qs}, path("a.txt"));
     EXPECT_EQ(error, "Export failed: “gone.txt” couldn’t be copied to “" + QFileInfo(folder.path()).fileName()
                          + "” because either the former doesn’t exist, or the folder containing the latter doesn’t "
                            "exist.");
+    EXPECT_EQ(bytes("a.txt"), "old");
 }
 
 /// A folder in which nobody but root may make or remove anything.

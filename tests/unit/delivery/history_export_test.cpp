@@ -1,5 +1,6 @@
 #include "delivery_fixture.h"
 
+#include "export/document_export.h"
 #include "export/history_export.h"
 #include "export/text_export.h"
 #include "support/history_entries.h"
@@ -74,10 +75,11 @@ TEST_F(HistoryExports, otherTextFormatsAreRenderedOfTheEntry)
         EXPECT_EQ(saved(format), renderExport(format, input)->toUtf8()) << shortLabel(format).toStdString();
 }
 
-TEST_F(HistoryExports, documentsAreMade)
+TEST_F(HistoryExports, documentsAreMadeOfTheTrimmedText)
 {
-    EXPECT_TRUE(saved(ExportFormat::docx).startsWith("PK"));
-    EXPECT_TRUE(saved(ExportFormat::pdf).startsWith("%PDF"));
+    entry->text = "\n  one\n two \u2028\n";
+    for (const ExportFormat format : {ExportFormat::docx, ExportFormat::pdf})
+        EXPECT_EQ(saved(format), renderDocument(format, "one\n two")) << shortLabel(format).toStdString();
 }
 
 class EveryHistoryExport : public HistoryExports, public testing::WithParamInterface<ExportFormat> { };

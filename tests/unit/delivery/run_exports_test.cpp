@@ -1,5 +1,6 @@
 #include "export/run_exports.h"
 
+#include "export/document_export.h"
 #include "platform/file_system.h"
 #include "support/fake_engine_bundle.h"
 #include "support/fake_file_panels.h"
@@ -101,7 +102,8 @@ TEST_F(RunExport, withStrippingTheDashesAreGoneFromTextAndSegments)
     run.setStripDashes(true);
     EXPECT_EQ(saved(0), "One");
     EXPECT_EQ(saved(2), "WEBVTT\n\n00:00:00.000 --> 00:00:01.500\nOne\n");
-    EXPECT_TRUE(saved(4).startsWith("PK"));
+    EXPECT_EQ(saved(4), renderDocument(ExportFormat::docx, "One"));
+    EXPECT_EQ(saved(5), renderDocument(ExportFormat::pdf, "One"));
 }
 
 TEST_F(RunExport, aDisabledEntryDoesNothing)

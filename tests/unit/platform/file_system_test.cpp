@@ -114,6 +114,40 @@ TEST_F(FileSystem, replacesAFileInsteadOfWritingIntoIt)
     EXPECT_EQ(modeOf(path("old")), 0600);
 }
 
+TEST_F(FileSystem, writesAFileOfUsualAccessAsTheUmaskAdmits)
+{
+    writeFileAtomically(path("a"), "new", FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("a")), 0644);
+    ::umask(077);
+    writeFileAtomically(path("b"), "new", FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("b")), 0600);
+    ::umask(002);
+    writeFileAtomically(path("c"), "new", FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("c")), 0664);
+    EXPECT_EQ(names(), (QStringList{"a", "b", "c"}));
+}
+
+TEST_F(FileSystem, keepsThePermissionsOfAFileThatItReplacesWithUsualAccess)
+{
+    for (const mode_t mode : {0600, 0640, 0444, 0777}) {
+        put("old", "old");
+        ASSERT_EQ(::chmod(QFile::encodeName(path("old")).constData(), mode | S_ISGID), 0);
+        writeFileAtomically(path("old"), "new", FileAccess::Usual);
+        EXPECT_EQ(readFile(path("old")), "new");
+        EXPECT_EQ(modeOf(path("old")), mode);
+        ASSERT_TRUE(QFile::remove(path("old")));
+    }
+}
+
+TEST_F(FileSystem, keepsThePermissionsOfWhatALinkLeadsTo)
+{
+    put("real", "old");
+    ASSERT_EQ(::chmod(QFile::encodeName(path("real")).constData(), 0640), 0);
+    ASSERT_TRUE(QFile::link(path("real"), path("link")));
+    writeFileAtomically(path("link"), "new", FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("real")), 0640);
+}
+
 TEST_F(FileSystem, writesThroughASymbolicLink)
 {
     QDir(folder.path()).mkdir("elsewhere");
@@ -242,6 +276,16 @@ TEST_F(FileSystem, copiesAFileAndLeavesTheSource)
     EXPECT_EQ(readFile(path("a.wav")), bytes);
     EXPECT_EQ(readFile(path("c")), "");
     EXPECT_EQ(modeOf(path("b.wav")), 0600);
+}
+
+TEST_F(FileSystem, copiesAPrivateFileToOneOfUsualAccess)
+{
+    writeFileAtomically(path("a"), "private");
+    copyFile(path("a"), path("b"), FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("b")), 0644);
+    ::umask(027);
+    copyFile(path("a"), path("c"), FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("c")), 0640);
 }
 
 TEST_F(FileSystem, copiesFromOneFileSystemToAnother)
