@@ -1,0 +1,98 @@
+#include "app/viewer/transcript_viewer.h"
+
+#include "platform/desktop/desktop.h"
+#include "platform/unicode_text.h"
+
+#include <utility>
+
+namespace sorvanta {
+
+TranscriptViewer::TranscriptViewer(Screen screen, QObject *parent)
+    : QObject(parent)
+    , m_screen(std::move(screen))
+{
+}
+
+TranscriptViewer::~TranscriptViewer() = default;
+
+void TranscriptViewer::openTranscriptWindow()
+{
+    syncTranscriptWindow();
+    if (m_transcriptWindow) {
+        emit raiseRequested();
+        return;
+    }
+    m_transcriptWindow = new TranscriptWindowView(m_model, m_screen.stripDashes,
+                                                  {.onCopy = [this] { copyToPasteboard(m_screen.text()); },
+                                                   .onClose = [this] { closeTranscriptWindow(); },
+                                                   .onTogglePlay = m_screen.togglePlay,
+                                                   .onSeek = m_screen.seek},
+                                                  this);
+    emit transcriptWindowChanged();
+    emit raiseRequested();
+}
+
+void TranscriptViewer::syncTranscriptWindow()
+{
+    m_model.setTranscript(m_screen.text());
+    m_model.setCounts(m_screen.counts());
+    parseSegments();
+    m_model.setPlaybackAvailable(m_screen.isPlaybackAvailable());
+    m_model.setPlaying(m_screen.isPlaying());
+    m_model.setCurrentTime(m_screen.currentTime());
+    m_model.setPlaybackDuration(m_screen.playbackDuration());
+}
+
+void TranscriptViewer::updateActiveSegment(double seconds)
+{
+    parseSegments();
+    m_model.setActiveSegmentIndex(m_model.segmentAt(seconds));
+}
+
+void TranscriptViewer::stripDashesChanged()
+{
+    if (m_transcriptWindow)
+        emit m_transcriptWindow->isStripDashesChanged();
+}
+
+void TranscriptViewer::windowWillClose(TranscriptWindowView *window)
+{
+    if (m_transcriptWindow && window == m_transcriptWindow)
+        closeTranscriptWindow();
+}
+
+void TranscriptViewer::closeTranscriptWindow()
+{
+    if (!m_transcriptWindow)
+        return;
+    // The window goes first, and only once control is back at the event loop: this may be its own doing.
+    TranscriptWindowView *closed = std::exchange(m_transcriptWindow, nullptr);
+    emit transcriptWindowChanged();
+    closed->deleteLater();
+}
+
+void TranscriptViewer::parseSegments()
+{
+    const QString output = m_screen.rawOutput();
+    const bool strips = m_screen.stripsSegments();
+    const bool isSameOption = strips == m_parsedStripping;
+    if (isSameOption && output == m_parsed) // a string that is shared is not compared
+        return;
+    if (!isSameOption || !QStringView(output).startsWith(QStringView(m_parsed).first(m_finishedEnd))) {
+        m_finishedEnd = 0;
+        m_finishedSegments = 0;
+    }
+    const QStringView fresh = QStringView(output).sliced(m_finishedEnd);
+    m_model.replaceSegmentsFrom(m_finishedSegments, parseTimedWindowSegments(fresh, strips));
+
+    qsizetype lastLine = fresh.size();
+    while (lastLine > 0 && !isNewline(fresh[lastLine - 1].unicode()))
+        --lastLine;
+    const qsizetype unfinished = parseTimedWindowSegments(fresh.sliced(lastLine), strips).size();
+    m_finishedSegments = m_model.segments().size() - unfinished;
+    m_finishedEnd += lastLine;
+    m_parsed = output;
+    m_parsedStripping = strips;
+}
+
+} // namespace sorvanta

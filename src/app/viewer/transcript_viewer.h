@@ -1,0 +1,90 @@
+#pragma once
+
+#include "app/viewer/transcript_window_model.h"
+#include "app/viewer/transcript_window_view.h"
+
+#include <QObject>
+#include <QtQml/qqml.h>
+
+#include <functional>
+
+namespace sorvanta {
+
+/// A screen's viewer window: its model, and the window while it is open. Main thread only.
+///
+/// A screen holds one as a member, gives it to its page, which contains a `TranscriptViewerLoader { viewer: … }` that
+/// makes the window, and calls
+/// - syncTranscriptWindow() when it comes on show and whenever what it shows changes,
+/// - openTranscriptWindow() for "Open Full View",
+/// - model().setCurrentTime(), setPlaying() and so on as its playback goes on, and on the screen that marks what is
+///   heard updateActiveSegment() behind that,
+/// - stripDashesChanged() when its option changed.
+class TranscriptViewer : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("held by a screen")
+    Q_PROPERTY(sorvanta::TranscriptWindowView *transcriptWindow READ transcriptWindow NOTIFY transcriptWindowChanged)
+
+public:
+    /// How the window gets at its screen. All functions must be set; they are called on the main thread.
+    struct Screen {
+        std::function<QString()> text; ///< as shown
+        std::function<QString()> counts; ///< of that text
+        std::function<QString()> rawOutput; ///< what the segments are parsed from
+        std::function<bool()> stripsSegments; ///< whether dashes are stripped from the segments
+        std::function<bool()> isPlaybackAvailable;
+        std::function<bool()> isPlaying;
+        std::function<double()> currentTime; ///< in seconds
+        std::function<double()> playbackDuration; ///< in seconds
+        TranscriptWindowView::Binding stripDashes;
+        std::function<void()> togglePlay;
+        std::function<void(double seconds)> seek;
+    };
+
+    explicit TranscriptViewer(Screen screen, QObject *parent = nullptr);
+    ~TranscriptViewer() override;
+
+    TranscriptWindowModel &model() { return m_model; }
+
+    /// The open window, or null.
+    TranscriptWindowView *transcriptWindow() const { return m_transcriptWindow; }
+
+    /// Opens the window, or raises the one that is open, with its options kept.
+    void openTranscriptWindow();
+
+    /// Copies what the screen shows into the model. Segments are parsed only as far as the output is new.
+    void syncTranscriptWindow();
+
+    /// Marks the segment that is heard at `seconds`, if there is one. Costs next to nothing while the output stays.
+    void updateActiveSegment(double seconds);
+
+    /// Tells an open window that the screen's option changed.
+    void stripDashesChanged();
+
+    /// The window is closing, by its close box or by closeTranscriptWindow().
+    /// @param window does nothing if it is not the one that is open
+    Q_INVOKABLE void windowWillClose(sorvanta::TranscriptWindowView *window);
+
+    /// Closes the window, whose options are forgotten.
+    void closeTranscriptWindow();
+
+Q_SIGNALS:
+    void transcriptWindowChanged();
+    /// The window is to be brought to the front, and the application with it.
+    void raiseRequested();
+
+private:
+    void parseSegments();
+
+    Screen m_screen;
+    TranscriptWindowModel m_model;
+    TranscriptWindowView *m_transcriptWindow = nullptr;
+
+    // What the model's segments were parsed from.
+    QString m_parsed;
+    bool m_parsedStripping = false;
+    qsizetype m_finishedEnd = 0; // behind the last line break
+    qsizetype m_finishedSegments = 0; // in the lines up to there
+};
+
+} // namespace sorvanta

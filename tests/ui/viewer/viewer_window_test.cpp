@@ -1,0 +1,370 @@
+#include "app/viewer/transcript_viewer.h"
+#include "support/printing.h"
+#include "ui/support/ui_test.h"
+
+#include <gmock/gmock.h>
+
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <ctime>
+#include <iostream>
+
+namespace sorvanta {
+
+namespace {
+
+QtMessageHandler strictHandler = nullptr;
+
+/// The platform without a screen says each time that it has no order of windows; every other warning is a failure.
+void passOnButRaising(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (text != u"This plugin does not support raise()")
+        strictHandler(type, context, text);
+}
+
+/// The real window over a screen that is a few variables.
+class ViewerWindow : public UiTest {
+protected:
+    ViewerWindow() { strictHandler = qInstallMessageHandler(passOnButRaising); }
+    ~ViewerWindow() override
+    {
+        qInstallMessageHandler(strictHandler);
+        if (!window)
+            return;
+        viewer.closeTranscriptWindow();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        static_cast<void>(window.release()); // it went with its loader
+    }
+
+    static QString timecode(int seconds)
+    {
+        return u"%1:%2:%3.000"_qs.arg(seconds / 3600, 2, 10, QChar(u'0'))
+            .arg(seconds / 60 % 60, 2, 10, QChar(u'0'))
+            .arg(seconds % 60, 2, 10, QChar(u'0'));
+    }
+    void fill(int count)
+    {
+        output.clear();
+        QStringList lines;
+        for (int line = 0; line < count; ++line) {
+            QString said = u"line %1 of a talk about the harbour"_qs.arg(line);
+            for (int more = 0; more < line % 5; ++more)
+                said += u" and the gulls that you hear first";
+            lines << said;
+            output += u"[%1 --> %2]   %3\n"_qs.arg(timecode(2 * line), timecode(2 * line + 1), said);
+        }
+        text = lines.join(u'\n');
+    }
+    void open(int width = 980, int height = 720)
+    {
+        QQmlComponent component(&engine);
+        component.setData("import Sorvanta.Viewer\nTranscriptViewerLoader {}", QUrl("qrc:/qt/qml/Shown.qml"));
+        root = qobject_cast<QQuickItem *>(
+            component.createWithInitialProperties({{"viewer", QVariant::fromValue(&viewer)}}));
+        ASSERT_NE(root, nullptr) << component.errorString().toStdString();
+        viewer.openTranscriptWindow();
+        window.reset(newWindow());
+        ASSERT_NE(window, nullptr);
+        if (width != 980 || height != 720)
+            window->resize(width, height);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+    static QQuickWindow *newWindow()
+    {
+        for (QWindow *candidate : QGuiApplication::topLevelWindows()) {
+            if (candidate->objectName() == u"transcriptViewerWindow" && candidate->isVisible())
+                return qobject_cast<QQuickWindow *>(candidate);
+        }
+        return nullptr;
+    }
+
+    TranscriptWindowView &view() { return *viewer.transcriptWindow(); }
+    QQuickItem *list() const { return item("viewerLines"); }
+    QQuickItem *row(int index) const { return item("line-" + QString::number(index)); }
+    static QQuickItem *part(QQuickItem *of, const QString &name) { return of->findChild<QQuickItem *>(name); }
+    QRectF place(const QQuickItem *shown) const
+    {
+        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
+    }
+    /// How far the middle of the row is from the middle of the list.
+    double fromCentre(int index) const { return place(row(index)).center().y() - place(list()).center().y(); }
+
+    QString text;
+    QString output;
+    bool strips = false;
+    int toggles = 0;
+    std::vector<double> seeks;
+    double time = 43;
+    TranscriptViewer viewer{{
+        .text = [this] { return text; },
+        .counts = [this] { return TranscriptCounts(text); },
+        .rawOutput = [this] { return output; },
+        .stripsSegments = [this] { return strips; },
+        .isPlaybackAvailable = [] { return true; },
+        .isPlaying = [] { return true; },
+        .currentTime = [this] { return time; },
+        .playbackDuration = [] { return 138.0; },
+        .stripDashes = {.get = [this] { return strips; }, .set = [this](bool on) { strips = on; }},
+        .togglePlay = [this] { ++toggles; },
+        .seek = [this](double seconds) { seeks.push_back(seconds); },
+    }};
+};
+
+TEST_F(ViewerWindow, hasItsTitleSizeAndSmallestSize)
+{
+    fill(20);
+    open();
+    EXPECT_EQ(window->title(), "Transcript Viewer");
+    EXPECT_EQ(window->size(), QSize(980, 720));
+    EXPECT_EQ(window->minimumSize(), QSize(820, 580));
+    EXPECT_EQ(window->transientParent(), nullptr);
+}
+
+TEST_F(ViewerWindow, looksAsDrawnInLightAndDark)
+{
+    fill(60);
+    open();
+    view().setSearchText("harbour");
+    viewer.updateActiveSegment(6);
+    view().nextMatch();
+    savePicture("viewer");
+    EXPECT_EQ(place(list()), QRectF(25, 165, 670, 490));
+    EXPECT_EQ(place(item("searchField")), QRectF(24, 60, 240, 32));
+    EXPECT_EQ(place(item("playButton")).left(), 32);
+    EXPECT_GE(item("playButton")->width(), 70);
+    EXPECT_EQ(item("currentTimeText")->width(), 64);
+    EXPECT_EQ(item("durationText")->width(), 64);
+    EXPECT_EQ(item("playbackSlider")->width(), 180);
+    EXPECT_EQ(item("currentTimeText")->property("text").toString(), "00:43");
+    EXPECT_EQ(item("durationText")->property("text").toString(), "02:18");
+    EXPECT_EQ(row(3)->property("color").value<QColor>(), color("rowActive"));
+    EXPECT_EQ(row(2)->property("color").value<QColor>().alpha(), 0);
+    setDark(true);
+    savePicture("viewer-dark");
+}
+
+TEST_F(ViewerWindow, fitsItsSmallestSizeAndTheLargestText)
+{
+    fill(60);
+    open(820, 580);
+    savePicture("viewer-small");
+    EXPECT_LE(place(item("durationText")).right(), place(list()).right());
+    EXPECT_LE(place(item("totalText")).bottom(), 580);
+    view().setFontSize(96);
+    savePicture("viewer-96");
+    view().setFontSize(12);
+    savePicture("viewer-12");
+    QQuickItem *words = part(row(0), "words");
+    EXPECT_EQ(words->property("font").value<QFont>().pixelSize(), 12);
+}
+
+TEST_F(ViewerWindow, saysThatThereIsNoTranscriptYet)
+{
+    open();
+    EXPECT_TRUE(item("noTranscript")->isVisible());
+    EXPECT_EQ(item("noTranscript")->property("text").toString(), "No transcript yet.");
+    savePicture("viewer-empty");
+    fill(1);
+    viewer.syncTranscriptWindow();
+    EXPECT_FALSE(item("noTranscript")->isVisible());
+}
+
+TEST_F(ViewerWindow, putsTheRowAskedForInTheCentreOfAHundredThousand)
+{
+    fill(100000);
+    QElapsedTimer clock;
+    clock.start();
+    viewer.syncTranscriptWindow();
+    std::cout << "read after " << clock.restart() << " ms\n";
+    open();
+    std::cout << "opened after " << clock.elapsed() << " ms\n";
+    for (const double size : {16.0, 96.0}) {
+        view().setFontSize(size);
+        QTest::qWait(50);
+        for (const int target : {50000, 49990, 99000, 300, 70001, 70002, 70003}) {
+            clock.restart();
+            viewer.updateActiveSegment(2 * target);
+            std::cout << "size " << size << ", row " << target << ": " << clock.elapsed() << " ms\n";
+            QTest::qWait(50);
+            EXPECT_LE(std::abs(fromCentre(target)), 1) << "row " << target << " at size " << size;
+            EXPECT_EQ(row(target)->property("text").toString().section(u' ', 1, 1), QString::number(target));
+        }
+    }
+}
+
+TEST_F(ViewerWindow, scrollsToTheCentreByAnAnimationWhereThereIsMotion)
+{
+    fill(3000);
+    open();
+    QQmlComponent motion(&engine);
+    motion.setData("import QtQml\nimport Sorvanta.Style\nQtObject { Component.onCompleted: Theme.motion = true }", {});
+    const std::unique_ptr<QObject> holder(motion.create());
+    for (const int target : {1, 30, 2000, 1990}) {
+        viewer.updateActiveSegment(2 * target);
+        QTest::qWait(450);
+        if (target == 1)
+            EXPECT_EQ(list()->property("contentY").toDouble(), -8) << "it is in sight at the top";
+        else
+            EXPECT_LE(std::abs(fromCentre(target)), 1) << target;
+    }
+}
+
+TEST_F(ViewerWindow, aTickCostsLittle)
+{
+    fill(100000);
+    open();
+    view().setFontSize(96);
+    QTest::qWait(300);
+    const std::clock_t before = std::clock();
+    QElapsedTimer clock;
+    clock.start();
+    for (int tick = 0; tick < 20; ++tick) {
+        viewer.model().setCurrentTime(1000 + 0.2 * tick);
+        viewer.updateActiveSegment(1000 + 0.2 * tick);
+        QTest::qWait(200);
+    }
+    const double share =
+        100.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC / (clock.elapsed() / 1000.0);
+    std::cout << "playback costs " << share << " % of a core\n";
+    EXPECT_LT(share, 10);
+}
+
+TEST_F(ViewerWindow, shortcutsCopyAndClose)
+{
+    fill(3);
+    open();
+    press(Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text);
+    press(Qt::Key_Escape);
+    EXPECT_EQ(viewer.transcriptWindow(), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(newWindow(), nullptr);
+    static_cast<void>(window.release());
+}
+
+TEST_F(ViewerWindow, theCloseBoxEndsTheWindow)
+{
+    fill(3);
+    open();
+    window->close();
+    EXPECT_EQ(viewer.transcriptWindow(), nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    static_cast<void>(window.release());
+}
+
+TEST_F(ViewerWindow, movingTheSliderSeeksAndFollowingDoesNot)
+{
+    fill(3);
+    open();
+    viewer.model().setCurrentTime(200);
+    viewer.model().setCurrentTime(20);
+    EXPECT_TRUE(seeks.empty());
+    EXPECT_EQ(item("playbackSlider")->property("value").toDouble(), 20);
+    EXPECT_EQ(item("playbackSlider")->property("to").toDouble(), 138);
+    click(item("playbackSlider"));
+    ASSERT_FALSE(seeks.empty());
+    EXPECT_NEAR(seeks.back(), 69, 2);
+    click(item("playButton"));
+    EXPECT_EQ(toggles, 1);
+}
+
+TEST_F(ViewerWindow, searchesStepsAndPaintsTheHits)
+{
+    fill(40);
+    open();
+    click(item("searchField"));
+    for (const char letter : {'h', 'a', 'r', 'b', 'o', 'u', 'r'})
+        press(static_cast<Qt::Key>(letter - 'a' + Qt::Key_A));
+    EXPECT_EQ(item("positionText")->property("text").toString(), "1 / 40");
+    const auto count = [this](const QColor &wanted) {
+        const QRect area = place(list()).toRect();
+        const QImage shown = grab().copy(area);
+        int found = 0;
+        for (int y = 0; y < shown.height(); ++y) {
+            for (int x = 0; x < shown.width(); ++x)
+                found += shown.pixelColor(x, y) == wanted ? 1 : 0;
+        }
+        return found;
+    };
+    const int current = count(color("hitCurrent"));
+    EXPECT_GT(current, 200);
+    EXPECT_GT(count(QColor("#FFEDA6")), 3 * current) << "the others are lighter";
+    for (int step = 0; step < 20; ++step)
+        click(item("nextButton"));
+    EXPECT_EQ(item("positionText")->property("text").toString(), "21 / 40");
+    QTest::qWait(50);
+    EXPECT_LE(std::abs(fromCentre(20)), 1);
+    click(item("previousButton"));
+    EXPECT_EQ(item("positionText")->property("text").toString(), "20 / 40");
+}
+
+TEST_F(ViewerWindow, linesAreSelectedByMouseAndKeyboard)
+{
+    fill(10);
+    open();
+    QQuickItem *words = part(row(1), "words");
+    const QRectF area = place(words);
+    QTest::mousePress(window.get(), Qt::LeftButton, {}, (area.topLeft() + QPointF(1, 9)).toPoint());
+    QTest::mouseMove(window.get(), (area.topLeft() + QPointF(60, 9)).toPoint());
+    QTest::mouseMove(window.get(), (area.topLeft() + QPointF(200, 9)).toPoint());
+    QTest::mouseRelease(window.get(), Qt::LeftButton, {}, (area.topLeft() + QPointF(200, 9)).toPoint());
+    EXPECT_TRUE(words->property("selectedText").toString().startsWith("line 1 of a"));
+    EXPECT_TRUE(seeks.empty()) << "a click on a row does nothing";
+    tabTo(list());
+    press(Qt::Key_Return);
+    press(Qt::Key_Home);
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(part(row(0), "words")->property("selectedText").toString(), "li");
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(list()->hasActiveFocus());
+}
+
+TEST_F(ViewerWindow, optionsAreSetByTheirControls)
+{
+    fill(10);
+    open();
+    EXPECT_TRUE(part(row(0), "times")->isVisible());
+    EXPECT_EQ(part(row(0), "times")->property("text").toString(), "00:00:00.000 → 00:00:01.000");
+    click(item("timestampsSwitch"));
+    EXPECT_FALSE(part(row(0), "times")->isVisible());
+    click(item("stripSwitch"));
+    EXPECT_TRUE(strips);
+    click(item("autoScrollSwitch"));
+    EXPECT_FALSE(view().autoScrollToPlayback());
+    QQuickItem *stepper = part(item("textSize"), "stepper");
+    tabTo(stepper);
+    press(Qt::Key_Up);
+    EXPECT_EQ(view().fontSize(), 17);
+    EXPECT_EQ(part(item("textSize"), "value")->property("text").toString(), "17");
+    tabTo(part(item("sidePadding"), "slider"));
+    press(Qt::Key_Right);
+    EXPECT_EQ(view().horizontalPadding(), 18);
+    EXPECT_EQ(part(row(0), "words")->parentItem()->x(), 18);
+    tabTo(part(item("lineSpacing"), "slider"));
+    press(Qt::Key_Left);
+    EXPECT_EQ(view().lineSpacing(), 5);
+    EXPECT_EQ(list()->property("spacing").toDouble(), 5);
+}
+
+TEST_F(ViewerWindow, everythingHasAName)
+{
+    fill(3);
+    open();
+    const QStringList words = spokenWords(accessible(window.get()));
+    for (const char *name :
+         {"Transcript", "Search", "Previous match", "Next match", "Pause", "Playback position", "Copy", "Close",
+          "View Options", "Strip “- ”", "Show Timestamps", "Auto-scroll to Playback", "Font", "Text Size",
+          "Line Spacing", "Side Padding", "00:43", "02:18", "00:00:00.000 → 00:00:01.000"})
+        EXPECT_TRUE(words.contains(QString::fromUtf8(name))) << name;
+}
+
+} // namespace
+
+} // namespace sorvanta
