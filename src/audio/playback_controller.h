@@ -30,10 +30,10 @@ public:
     /// What the controller asks and tells its screen. Only `file` is needed.
     struct Hooks {
         std::function<std::optional<QString>()> file; ///< the path of what the screen plays now, or none
-        std::function<void(const QString &)> setError;
-        std::function<void(const QString &)> setStatus;
-        std::function<void(double)> updateActiveSegment; ///< with the time in seconds
-        std::function<void()> clearActiveSegment;
+        std::function<void(const QString &)> setError = {};
+        std::function<void(const QString &)> setStatus = {};
+        std::function<void(double)> updateActiveSegment = {}; ///< with the time in seconds
+        std::function<void()> clearActiveSegment = {};
     };
     using OpenPlayer = std::function<std::unique_ptr<AudioPlayer>(const QString &, AudioPlayer::Events)>;
 
@@ -114,7 +114,7 @@ private:
     const OpenPlayer m_openPlayer;
     std::unique_ptr<AudioPlayer> m_player;
     std::optional<QString> m_currentAudioPath;
-    QTimer m_timer;
+    QTimer m_timer{this};
     bool m_resumeAfterScrub = false;
     std::shared_ptr<int> m_refreshes =
         std::make_shared<int>(0); // one more with each reading of a duration; gone with this object

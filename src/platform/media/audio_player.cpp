@@ -50,13 +50,10 @@ struct News {
 
 class MpvPlayer : public AudioPlayer {
 public:
-    MpvPlayer(const QString &path, Events events)
-        // An absolute path is never taken for an address, an option or the name of a protocol.
-        : m_path(encodedPath(QDir::current().absoluteFilePath(path)))
+    MpvPlayer(QByteArray path, Events events)
+        : m_path(std::move(path))
         , m_events(std::move(events))
     {
-        if (isIrregular(m_path))
-            throw mpv::error(MPV_ERROR_LOADING_FAILED);
         mpv_observe_property(m_mpv.get(), TimeProperty, "time-pos", MPV_FORMAT_DOUBLE);
         mpv_observe_property(m_mpv.get(), EndProperty, "eof-reached", MPV_FORMAT_FLAG);
         mpv_hook_add(m_mpv.get(), OpenedHook, "on_preloaded", 0);
@@ -309,7 +306,11 @@ private:
 
 std::unique_ptr<AudioPlayer> openAudioPlayer(const QString &path, AudioPlayer::Events events)
 {
-    auto player = std::make_unique<MpvPlayer>(path, std::move(events));
+    // An absolute path is never taken for an address, an option or the name of a protocol.
+    const QByteArray absolute = encodedPath(QDir::current().absoluteFilePath(path));
+    if (isIrregular(absolute))
+        throw mpv::error(MPV_ERROR_LOADING_FAILED);
+    auto player = std::make_unique<MpvPlayer>(absolute, std::move(events));
     player->awaitOpening();
     return player;
 }

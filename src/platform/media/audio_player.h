@@ -16,14 +16,14 @@ public:
     /// any of these. Each may be empty.
     struct Events {
         /// The end of the file was heard. The player is paused at the beginning.
-        std::function<void()> ended;
+        std::function<void()> ended = {};
         /// The file that seemed to open at first does not; see openAudioPlayer(). The player is of no more use.
-        std::function<void(const Error &)> failedToOpen;
+        std::function<void(const Error &)> failedToOpen = {};
         /// The file is open, but cannot be heard: there is no sound server, or it went away and stayed away. The
         /// player is of no more use, but knows its position.
-        std::function<void(const Error &)> failed;
+        std::function<void(const Error &)> failed = {};
         /// duration() became known after openAudioPlayer() had returned.
-        std::function<void()> durationKnown;
+        std::function<void()> durationKnown = {};
     };
 
     virtual ~AudioPlayer() = default;
