@@ -13,12 +13,12 @@ rm -f "$1/native" # of a server that was killed
 unset PULSE_SERVER
 export HOME="$1" XDG_RUNTIME_DIR="$1" XDG_CONFIG_HOME="$1" PULSE_RUNTIME_PATH="$1" PULSE_STATE_PATH="$1"
 export PULSE_COOKIE="$1/cookie" DBUS_SESSION_BUS_ADDRESS=disabled: DBUS_SYSTEM_BUS_ADDRESS=disabled:
-exec pulseaudio -n --daemonize=no --use-pid-file=no --exit-idle-time=-1 --disable-shm=yes --high-priority=no \
-  --realtime=no --log-target=stderr --log-level=error \
-  -L "module-null-sink sink_name=speaker rate=48000" \
-  -L "module-null-sink sink_name=room rate=48000" \
-  -L "module-native-protocol-unix socket=$1/native auth-anonymous=1" \
-  -C <<'EOF'
+cat >"$1/modules" <<EOF
+load-module module-null-sink sink_name=speaker rate=48000
+load-module module-null-sink sink_name=room rate=48000
 set-default-sink speaker
 set-default-source room.monitor
+load-module module-native-protocol-unix socket=$1/native auth-anonymous=1 auth-cookie=$1/cookie
 EOF
+exec pulseaudio -n -F "$1/modules" --daemonize=no --use-pid-file=no --exit-idle-time=-1 --disable-shm=yes \
+  --high-priority=no --realtime=no --log-target=stderr --log-level=error
