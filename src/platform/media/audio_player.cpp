@@ -102,6 +102,7 @@ public:
     void seek(double seconds, std::function<void()> completed) override
     {
         m_position = seconds;
+        m_earliest = seconds;
         m_seekCompleted = std::move(completed);
         if (m_state == State::Loaded) {
             sendSeek();
@@ -249,13 +250,14 @@ private:
             return;
         }
         const double seconds = *static_cast<const double *>(change.data);
-        if (m_seek != Seek::None || m_state != State::Loaded)
+        if (m_seek != Seek::None || m_state != State::Loaded || seconds < m_earliest)
             return;
         if (m_isPlaying && seconds > m_position) {
             m_hasSounded = true;
             m_outageBegin.reset();
         }
         m_position = seconds;
+        m_earliest = seconds;
     }
 
     void handleEnd(News &news)
@@ -296,6 +298,9 @@ private:
     bool m_hasSounded = false;
     std::optional<Clock::time_point> m_outageBegin;
     double m_position = 0;
+    /// Only a seek goes back. Earlier times that are told come from a decoder that begins in front of the wanted
+    /// position, or from a clock of the sound server that wavers.
+    double m_earliest = 0;
     double m_duration = std::numeric_limits<double>::quiet_NaN();
     QTimer m_retry;
     std::shared_ptr<int> m_life = std::make_shared<int>();

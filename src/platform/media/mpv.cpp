@@ -52,6 +52,8 @@ constexpr Option options[] = {
     // Else the end is told while the last piece still waits to be heard.
     {"gapless-audio", "no"},
     {"hr-seek", "yes"},
+    // An MP3 decoder is silent until it has read some frames: it begins in front of the wanted position.
+    {"hr-seek-demuxer-offset", "0.25"},
     {"idle", "yes"},
     {"pause", "yes"},
     {"keep-open", "yes"},

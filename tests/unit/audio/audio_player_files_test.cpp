@@ -74,9 +74,9 @@ TEST_F(AudioPlayerFiles, refusesWhatIsNoRegularFileWithoutOpeningIt)
 TEST_F(AudioPlayerFiles, opensNothingThatAFileRefersTo)
 {
     const QByteArray sound = QFile::encodeName(makeNoise(u"a.wav"_qs, 2));
-    expectFailure(folder.write(u"list.m3u8"_qs,
-                               "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:2,\n" + sound + "\n#EXT-X-ENDLIST\n"),
-                  -17, u"unrecognized file format"_qs);
+    expectFailure(
+        folder.write(u"list.m3u8"_qs, "#EXTM3U\n#EXT-X-TARGETDURATION:2\n#EXTINF:2,\n" + sound + "\n#EXT-X-ENDLIST\n"),
+        -17, u"unrecognized file format"_qs);
     expectFailure(folder.write(u"list.m3u"_qs, "#EXTM3U\n" + sound + "\n"), -17, u"unrecognized file format"_qs);
     expectFailure(folder.write(u"list.txt"_qs, "ffconcat version 1.0\nfile " + sound + "\n"), -17,
                   u"unrecognized file format"_qs);
@@ -97,8 +97,7 @@ TEST_F(AudioPlayerFiles, takesNoPathForAnAddress)
     expectFailure(u"file://"_qs + makeNoise(u"a.wav"_qs, 1), -13, u"loading failed"_qs);
 }
 
-class AudioPlayerNames : public AudioPlayerFiles, public testing::WithParamInterface<const char16_t *> {
-};
+class AudioPlayerNames : public AudioPlayerFiles, public testing::WithParamInterface<const char16_t *> { };
 
 INSTANTIATE_TEST_SUITE_P(Names, AudioPlayerNames,
                          testing::Values(u"-", u"--vid=auto", u"-.wav", u"http:", u"edl:%5%a.wav", u"memory:", u"av:",

@@ -10,8 +10,7 @@ namespace {
 
 const QString noSound = QStringLiteral("audio output initialization failed");
 
-class AudioPlayerServer : public ListeningTest {
-};
+class AudioPlayerServer : public ListeningTest { };
 
 TEST_F(AudioPlayerServer, saysWhyNothingIsHeardWithoutASoundServer)
 {

@@ -4,8 +4,7 @@ using namespace sorvanta;
 
 namespace {
 
-class AudioPlayerSound : public ListeningTest {
-};
+class AudioPlayerSound : public ListeningTest { };
 
 TEST_F(AudioPlayerSound, playsTheWholeFileInOrderAndTellsTheEnd)
 {
@@ -222,16 +221,16 @@ struct Format {
     const char *testName;
     const char16_t *name;
     const char16_t *encoding;
+    double doubt = 0.1; ///< of the duration, in seconds
 };
 
-class AudioPlayerFormat : public ListeningTest, public testing::WithParamInterface<Format> {
-};
+class AudioPlayerFormat : public ListeningTest, public testing::WithParamInterface<Format> { };
 
 INSTANTIATE_TEST_SUITE_P(
     Formats, AudioPlayerFormat,
     testing::Values(Format{"wav", u"a.wav", u"-c:a pcm_s16le"}, Format{"flac", u"a.flac", u"-c:a flac"},
                     Format{"mp3", u"a.mp3", u"-b:a 128k"}, Format{"mp3OfVariableRate", u"a.mp3", u"-q:a 4"},
-                    Format{"mp3WithoutIndex", u"a.mp3", u"-q:a 4 -write_xing 0"},
+                    Format{"mp3WithoutIndex", u"a.mp3", u"-q:a 4 -write_xing 0", 1.5},
                     Format{"m4a", u"a.m4a", u"-b:a 128k"}, Format{"opus", u"a.opus", u"-b:a 96k"},
                     Format{"vorbis", u"a.ogg", u"-c:a libvorbis"}, Format{"aiff", u"a.aiff", u"-vn"},
                     Format{"caf", u"a.caf", u"-c:a pcm_s16le"},
@@ -247,18 +246,17 @@ TEST_P(AudioPlayerFormat, isHeardFromTheAskedPositionOn)
     const SoundReference file(path);
     SoundRecording recording;
     const auto player = open(path);
-    EXPECT_NEAR(player->duration(), 20, 0.1);
-    double asked[] = {13.217, 0.05, 4.4};
-    for (std::size_t i = 0; i < std::size(asked); ++i) {
+    EXPECT_NEAR(player->duration(), 20, GetParam().doubt);
+    for (const double asked : {13.217, 0.05, 4.4}) {
         const auto before = soundSpans(recording.samples()).size();
-        seekAndWait(*player, asked[i]);
-        EXPECT_EQ(player->position(), asked[i]);
+        seekAndWait(*player, asked);
+        EXPECT_EQ(player->position(), asked);
         player->play();
         hearSpans(recording, before + 1, 0.4);
         player->pause();
         recording.hear(0.4);
         const auto &heard = recording.samples();
-        EXPECT_NEAR(file.beginOf(heard, soundSpans(heard)[before]).value_or(-1), asked[i], 0.03);
+        EXPECT_NEAR(file.beginOf(heard, soundSpans(heard)[before]).value_or(-1), asked, 0.03);
     }
     EXPECT_EQ(ends, 0);
     EXPECT_FALSE(failure || openingFailure);

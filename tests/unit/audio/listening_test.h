@@ -9,6 +9,7 @@
 
 #include <QTest>
 
+#include <cmath>
 #include <memory>
 #include <optional>
 
@@ -24,12 +25,15 @@ protected:
                                      .arg(encoding));
     }
 
+    /// Waits until the file is open, however slow the machine is.
     std::unique_ptr<sorvanta::AudioPlayer> open(const QString &path)
     {
-        return sorvanta::openAudioPlayer(path,
-                                         {.ended = [this] { ++ends; },
-                                          .failedToOpen = [this](const sorvanta::Error &error) { openingFailure = error; },
-                                          .failed = [this](const sorvanta::Error &error) { failure = error; }});
+        auto player = sorvanta::openAudioPlayer(
+            path, {.ended = [this] { ++ends; },
+                   .failedToOpen = [this](const sorvanta::Error &error) { openingFailure = error; },
+                   .failed = [this](const sorvanta::Error &error) { failure = error; }});
+        waitFor([this, &player] { return openingFailure || std::isfinite(player->duration()); });
+        return player;
     }
 
     template<typename Condition>

@@ -46,16 +46,16 @@ private:
     PlaybackSettings m_settings;
 
 public:
-    PlaybackController controller{m_settings,
-                                  {
-                                      .file = [this] { return file; },
-                                      .setError = [this](const QString &text) { error = text; },
-                                      .setStatus = [this](const QString &text) { status = text; },
-                                      .updateActiveSegment =
-                                          [this](double time) { marks << QStringLiteral("mark %1").arg(time); },
-                                      .clearActiveSegment = [this] { marks << QStringLiteral("clear"); },
-                                  },
-                                  players.opener()};
+    PlaybackController controller{
+        m_settings,
+        {
+            .file = [this] { return file; },
+            .setError = [this](const QString &text) { error = text; },
+            .setStatus = [this](const QString &text) { status = text; },
+            .updateActiveSegment = [this](double time) { marks << QStringLiteral("mark %1").arg(time); },
+            .clearActiveSegment = [this] { marks << QStringLiteral("clear"); },
+        },
+        players.opener()};
 };
 
 const Error unreadable(u"libmpv"_qs, -17, u"unrecognized file format"_qs);
