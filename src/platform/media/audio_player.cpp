@@ -180,7 +180,7 @@ private:
             break;
         case MPV_EVENT_COMMAND_REPLY:
             if (event.reply_userdata == m_lastSeek && m_seek == Seek::Sent)
-                m_seek = event.error == 0 ? Seek::Accepted : Seek::None;
+                m_seek = event.error == 0 ? Seek::Accepted : Seek::None; // refused as the file is being closed
             break;
         case MPV_EVENT_SEEK:
             if (m_seek == Seek::Accepted)
