@@ -154,7 +154,7 @@ private:
         News news;
         for (const mpv_event *event = m_mpv.next(); event; event = m_mpv.next())
             handle(*event, news);
-        if (m_state == State::Lost && m_seek == Seek::Wanted)
+        if (m_state == State::Lost && m_seekCompleted)
             news.seekCompleted = std::exchange(m_seekCompleted, {});
         tell(news);
     }
