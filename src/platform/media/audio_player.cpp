@@ -154,7 +154,7 @@ private:
         News news;
         for (const mpv_event *event = m_mpv.next(); event; event = m_mpv.next())
             handle(*event, news);
-        if (m_state == State::Lost && m_seek == Seek::Wanted)
+        if (m_state == State::Lost && m_seekCompleted)
             news.seekCompleted = std::exchange(m_seekCompleted, {});
         tell(news);
     }
@@ -180,7 +180,7 @@ private:
             break;
         case MPV_EVENT_COMMAND_REPLY:
             if (event.reply_userdata == m_lastSeek && m_seek == Seek::Sent)
-                m_seek = event.error == 0 ? Seek::Accepted : Seek::None;
+                m_seek = event.error == 0 ? Seek::Accepted : Seek::None; // refused as the file is being closed
             break;
         case MPV_EVENT_SEEK:
             if (m_seek == Seek::Accepted)

@@ -126,11 +126,12 @@ TEST_F(AudioPlayerFiles, opensAFileInAFolderThatLooksLikeAnAddress)
     EXPECT_NEAR(open(folder.path(u"http:/host/a.wav"_qs))->duration(), 1.5, 0.001);
 }
 
-TEST_F(AudioPlayerFiles, opensUnderALocaleWithADecimalComma)
+TEST_F(AudioPlayerFiles, setsTheNumbersOfCThatLibmpvNeeds)
 {
     const QByteArray earlier = std::setlocale(LC_NUMERIC, nullptr);
     ASSERT_TRUE(std::setlocale(LC_NUMERIC, "C.UTF-8"));
     const auto player = open(makeNoise(u"a.wav"_qs, 1.5));
+    EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
     EXPECT_NEAR(player->duration(), 1.5, 0.001);
     seekAndWait(*player, 0.75);
     std::setlocale(LC_NUMERIC, earlier.constData());
