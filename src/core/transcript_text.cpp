@@ -146,20 +146,29 @@ QString displayedTranscript(QStringView rawOutput, QStringView transcript, bool 
     return stripped;
 }
 
-QString TranscriptCounts(QStringView text)
+TextCounts countText(QStringView text)
 {
     GraphemeClusters clusters(text);
-    qsizetype words = 0;
-    qsizetype characters = 0;
+    TextCounts counts;
     bool isInWord = false;
     for (qsizetype i = 0; i < text.size(); i = clusters.end(i)) {
         const bool isSeparator = hasWhiteSpaceProperty(text[i].unicode());
         if (!isSeparator && !isInWord)
-            ++words;
+            ++counts.words;
         isInWord = !isSeparator;
-        ++characters;
+        ++counts.characters;
     }
-    return QStringLiteral("%1 words · %2 chars").arg(words).arg(characters);
+    return counts;
+}
+
+QString countsText(const TextCounts &counts)
+{
+    return QStringLiteral("%1 words · %2 chars").arg(counts.words).arg(counts.characters);
+}
+
+QString TranscriptCounts(QStringView text)
+{
+    return countsText(countText(text));
 }
 
 std::optional<double> timecodeSeconds(QStringView timecode)

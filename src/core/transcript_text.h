@@ -48,7 +48,19 @@ QStringView stripDashMarkers(QStringView line);
 /// What a screen shows, searches, counts, copies and saves: the cleaned output, or `transcript` if there is no output.
 QString displayedTranscript(QStringView rawOutput, QStringView transcript, bool stripDashes);
 
-/// The counts line, for example "126 words · 622 chars". Characters are user-perceived ones.
+/// The words of a text, which white space and line breaks part, and its user-perceived characters.
+struct TextCounts {
+    qint64 words = 0;
+    qint64 characters = 0; ///< line breaks included
+
+    bool operator==(const TextCounts &) const = default;
+};
+TextCounts countText(QStringView text);
+
+/// The counts as one line, for example "126 words · 622 chars".
+QString countsText(const TextCounts &counts);
+
+/// The counts line of a text.
 QString TranscriptCounts(QStringView text);
 
 /// The seconds of "hh:mm:ss.mmm", or none unless there are three pieces. A piece that is no number counts as 0.

@@ -78,11 +78,8 @@ void TranscriptionRun::forgetEndedAttempts()
 void TranscriptionRun::beginRun()
 {
     m_isTranscribing = true;
-    m_isTranscriptCleared = false;
-    m_output.clear();
-    m_scanner = {};
-    m_segmentWatch = {};
-    m_lines.reset();
+    m_clearedOutput.clear();
+    forgetOutput();
     m_error = std::nullopt;
     m_status = QStringLiteral("Preparing…");
     m_progress.begin(TranscriptionProgress::Clock::now());
@@ -90,7 +87,16 @@ void TranscriptionRun::beginRun()
     m_isStopping = false;
     m_activeProcess = nullptr;
     announceProgress();
-    announceText();
+    announceText(0);
+}
+
+void TranscriptionRun::forgetOutput()
+{
+    m_isTranscriptCleared = false;
+    m_output.clear();
+    m_scanner = {};
+    m_segmentWatch = {};
+    m_lines.reset();
 }
 
 void TranscriptionRun::stopRun()
@@ -131,7 +137,21 @@ void TranscriptionRun::clearTranscript()
     if (m_isTranscriptCleared || m_output.lineCount() == 0)
         return;
     m_isTranscriptCleared = true;
-    emit transcriptChanged();
+    emit transcriptChanged(0);
+}
+
+void TranscriptionRun::clearOutput()
+{
+    if (m_isTranscribing)
+        m_clearedOutput += rawOutput();
+    forgetOutput();
+    m_status = QString();
+    setStopping(false);
+    m_progress = {};
+    m_activeProcess = nullptr;
+    announceProgress();
+    announceText(0);
+    m_hooks.removeTemporaries();
 }
 
 QString TranscriptionRun::displayedTranscript() const
@@ -149,25 +169,27 @@ void TranscriptionRun::setStripDashes(bool stripDashes)
     emit stripDashesChanged();
 }
 
-void TranscriptionRun::takeOutput(const QString &piece)
+void TranscriptionRun::takeOutput(const QString &newPiece)
 {
+    const QString piece = std::exchange(m_clearedOutput, QString()) + newPiece;
     const qsizetype from = rawOutput().size();
     const qsizetype lineStart = m_output.unfinishedLineStart();
     m_isTranscriptCleared = false;
-    m_lines.apply(m_output.append(piece));
+    const LiveTranscript::Change change = m_output.append(piece);
+    m_lines.apply(change);
     m_segmentWatch.take(rawOutput(), from, lineStart);
     m_progress.update(m_scanner.scan(rawOutput(), from, lineStart), TranscriptionProgress::Clock::now());
     announceProgress();
-    announceText();
+    announceText(change.first);
 }
 
 void TranscriptionRun::finishRun(const Utf8Stream &output)
 {
-    if (const QString rest = output.repairedRest(); !rest.isEmpty())
+    if (const QString rest = output.repairedRest(); !rest.isEmpty() || !m_clearedOutput.isEmpty())
         takeOutput(rest);
     if (m_isTranscriptCleared) {
         m_isTranscriptCleared = false;
-        emit transcriptChanged();
+        emit transcriptChanged(0);
     }
     m_status = QStringLiteral("Done");
     m_progress.finish();
@@ -201,6 +223,7 @@ void TranscriptionRun::endRun(const std::function<void()> &lastStep)
 {
     setStopping(false);
     m_activeProcess = nullptr;
+    m_clearedOutput.clear();
     m_hooks.removeTemporaries();
     lastStep();
     m_isTranscribing = false;
@@ -219,11 +242,11 @@ void TranscriptionRun::announceProgress()
     emit etaTextChanged();
 }
 
-void TranscriptionRun::announceText()
+void TranscriptionRun::announceText(qsizetype firstLine)
 {
     m_hasShownText = m_lines.count() > 0;
     m_hasSegments = m_segmentWatch.hasSegments(stripDashes());
-    emit transcriptChanged();
+    emit transcriptChanged(firstLine);
 }
 
 std::function<bool()> TranscriptionRun::currencyTest()

@@ -92,7 +92,7 @@ public:
     /// Whether the status row is there: not when it is empty, nor while the progress row speaks for it.
     bool isStatusShown() const { return m_isStatusShown; }
 
-    /// The whole output of the run so far.
+    /// The whole output of the run so far; empty after clearOutput() until the next output or the end.
     const QString &rawOutput() const { return m_output.rawOutput(); }
     /// The cleaned text as it came; empty after clearTranscript() until the next output or the end.
     QString transcript() const;
@@ -106,6 +106,11 @@ public:
     TranscriptLinesModel *lines() { return &m_lines; }
     /// Empties transcript(); the output, and what is displayed of it, stays.
     void clearTranscript();
+
+    /// Empties the output, the status and all that is known of the progress, and removes the temporary files; the error
+    /// stays. A run that goes on is not ended, but stopRun() reaches its child no more, and its next output, or its end,
+    /// brings the whole output back.
+    void clearOutput();
 
     bool stripDashes() const { return m_lines.stripDashes(); }
     void setStripDashes(bool stripDashes);
@@ -124,17 +129,18 @@ Q_SIGNALS:
     void hasShownTextChanged();
     void hasSegmentsChanged();
     void stripDashesChanged();
-    /// The text of the transcript changed.
-    void transcriptChanged();
+    /// The output or its transcript changed. The displayed lines before `firstLine` are as they were.
+    void transcriptChanged(qsizetype firstLine);
 
 private:
-    void takeOutput(const QString &piece);
+    void takeOutput(const QString &newPiece);
     void finishRun(const Utf8Stream &output);
     void failRun(const std::exception_ptr &failure);
     void endRun(const std::function<void()> &lastStep);
     void setStopping(bool isStopping);
     void announceProgress();
-    void announceText();
+    void announceText(qsizetype firstLine);
+    void forgetOutput();
     void forgetEndedAttempts();
     WhisperRunner::Hooks workerHooks();
     /// A test, for the main thread, whether the run that begins now is still this object's.
@@ -143,6 +149,7 @@ private:
     WhisperRunner::Settings m_settings;
     Hooks m_hooks;
     LiveTranscript m_output;
+    QString m_clearedOutput; // of the run that goes on, and that brings it back
     ProgressScanner m_scanner;
     SegmentWatch m_segmentWatch;
     TranscriptionProgress m_progress;

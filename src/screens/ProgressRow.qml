@@ -12,6 +12,10 @@ Item {
     // The run ended while its button had the focus.
     signal focusLeft
 
+    function takeFocus() {
+        stopButton.forceActiveFocus(Qt.OtherFocusReason);
+    }
+
     implicitWidth: 480
     implicitHeight: Theme.controlHeight
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "core/language_choice.h"
+#include "core/log_lines_model.h"
 #include "core/transcript_lines_model.h"
+#include "core/transcript_search_state.h"
 #include "core/transcription_run.h"
 #include "export/export_menu.h"
 #include "models/model_choice.h"
@@ -24,6 +26,20 @@ struct TranscriptLinesModelForQml {
     QML_FOREIGN(sorvanta::TranscriptLinesModel)
     QML_NAMED_ELEMENT(TranscriptLinesModel)
     QML_UNCREATABLE("held by a run")
+};
+
+struct TranscriptSearchStateForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::TranscriptSearchState)
+    QML_NAMED_ELEMENT(TranscriptSearchState)
+    QML_UNCREATABLE("held by a pane")
+};
+
+struct LogLinesModelForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::LogLinesModel)
+    QML_NAMED_ELEMENT(LogLinesModel)
+    QML_UNCREATABLE("held by a pane")
 };
 
 struct ModelChoiceForQml {

@@ -2,8 +2,6 @@
 
 #include "platform/file_errors.h"
 
-#include <QFile>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -25,17 +23,6 @@ constexpr int highestSampleRate = 12'288'000;
 /// Silence that is longer, in seconds, is damage too.
 constexpr double longestHole = 600;
 constexpr double mostSilence = 3600;
-
-int refuseOtherFiles(AVFormatContext *, AVIOContext **, const char *, int, AVDictionary **)
-{
-    return AVERROR(EACCES);
-}
-
-int isRaised(void *flag)
-{
-    const auto *interrupt = static_cast<const std::atomic<bool> *>(flag);
-    return interrupt && *interrupt;
-}
 
 bool isNamed(const AVFormatContext &format, const char *name)
 {
@@ -70,27 +57,13 @@ AudioDecoder::AudioDecoder(const QString &path, const std::atomic<bool> *interru
     , m_waiting(ffmpeg::checked(av_frame_alloc()))
 {
     try {
-        openFormat(path);
+        m_format = openInputFormat(m_input, path, interrupt);
         selectTrack();
     } catch (const Error &) {
         if (m_input.systemError() != 0)
             throw readingError(path, m_input.systemError());
         throw;
     }
-}
-
-void AudioDecoder::openFormat(const QString &path)
-{
-    AVFormatContext *format = ffmpeg::checked(avformat_alloc_context());
-    format->pb = m_input.context();
-    // A playlist could otherwise make the libraries open other files, or speak to a server.
-    format->io_open = refuseOtherFiles;
-    format->protocol_whitelist = av_strdup("none");
-    format->interrupt_callback = {isRaised, const_cast<std::atomic<bool> *>(m_interrupt)};
-    // Frees the context if it fails.
-    ffmpeg::checked(avformat_open_input(&format, QFile::encodeName(path).constData(), nullptr, nullptr));
-    m_format.reset(format);
-    ffmpeg::checked(avformat_find_stream_info(format, nullptr));
 }
 
 void AudioDecoder::selectTrack()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/media/input_file.h"
+#include "platform/media/input_format.h"
 
 #include <cstdint>
 #include <optional>
@@ -32,11 +32,6 @@ public:
     int systemError() const { return m_input.systemError(); }
 
 private:
-    struct CloseFormat {
-        void operator()(AVFormatContext *format) const { avformat_close_input(&format); }
-    };
-
-    void openFormat(const QString &path);
     void selectTrack();
     bool isInterrupted() const { return m_interrupt && *m_interrupt; }
     bool decode(AVFrame *frame);
@@ -47,7 +42,7 @@ private:
 
     const std::atomic<bool> *m_interrupt;
     InputFile m_input;
-    std::unique_ptr<AVFormatContext, CloseFormat> m_format;
+    InputFormat m_format;
     AVStream *m_stream = nullptr;
     ffmpeg::Pointer<AVCodecContext> m_codec;
     ffmpeg::Pointer<AVPacket> m_packet;

@@ -117,6 +117,8 @@ ScrollingPage {
     }
 
     ProgressRow {
+        id: progressRow
+
         visible: page.run.isTranscribing
         width: parent.width
         run: page.run
@@ -124,30 +126,21 @@ ScrollingPage {
     }
 
     Item {
-        id: transcriptGap
-
-        visible: page.run.hasShownText
+        visible: page.view.pane.isShown
         width: 1
         height: 12
     }
 
-    TranscriptLines {
-        visible: page.run.hasShownText
+    TranscriptPane {
         width: parent.width
-        height: Math.max(160, page.heightLeft(y) - actions.height)
-        run: page.run
-    }
-
-    Row {
-        id: actions
-
-        visible: page.run.hasShownText
-        topPadding: 8
-        spacing: 8
-
-        ExportMenu {
-            objectName: "exportMenu"
-            content: page.view.exportMenu
+        height: Math.max(leastHeight, page.heightLeft(y))
+        pane: page.view.pane
+        exportMenu: page.view.exportMenu
+        onFocusLeft: {
+            if (startButton.enabled)
+                startButton.forceActiveFocus(Qt.OtherFocusReason);
+            else
+                progressRow.takeFocus();
         }
     }
 }

@@ -50,7 +50,11 @@ PreparationReport reportTo(const QPointer<TranscriptFromFileView> &screen)
                     screen->run()->setError(error);
             },
         .endRun = {},
-        .refreshPlaybackState = [] {},
+        .refreshPlaybackState =
+            [screen] {
+                if (screen)
+                    screen->playback().refreshPlaybackState();
+            },
     };
 }
 
@@ -67,6 +71,13 @@ TranscriptFromFileView::TranscriptFromFileView(const Surroundings &surroundings,
     , m_exports({.run = m_run, .panels = surroundings.panels, .naming = transcriptionNaming(), .source = [this] {
                      return m_selectedFile;
                  }})
+    , m_playback(filePlayback(),
+                 {.file = [this] { return m_selectedFile; },
+                  .setError = [this](const QString &error) { m_run.setError(error); },
+                  .updateActiveSegment = [this](double time) { m_pane.viewer()->updateActiveSegment(time); },
+                  .clearActiveSegment = [this] { m_pane.viewer()->model().setActiveSegmentIndex(std::nullopt); }},
+                 surroundings.openPlayer)
+    , m_pane(m_run, {}, {.controller = &m_playback, .isAvailable = [this] { return hasFile(); }})
 {
     connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &TranscriptFromFileView::startLabelChanged);
     connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &TranscriptFromFileView::canStartChanged);
@@ -94,6 +105,7 @@ bool TranscriptFromFileView::canStart() const
 void TranscriptFromFileView::appear()
 {
     m_model.refresh();
+    m_pane.syncTranscriptWindow();
 }
 
 void TranscriptFromFileView::chooseFile()
@@ -141,11 +153,14 @@ void TranscriptFromFileView::dropData(const QByteArray &data)
 
 void TranscriptFromFileView::selectFile(const QString &path)
 {
+    if (m_selectedFile != path)
+        m_playback.stopPlayback();
     m_selectedFile = path;
     m_run.clearTranscript();
     m_run.setStatus(QString());
     m_run.setError(std::nullopt);
     emit selectedFileChanged();
+    m_pane.syncTranscriptWindow();
 }
 
 void TranscriptFromFileView::start()

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "audio/playback_controller.h"
 #include "core/audio_preparer.h"
 #include "core/language_choice.h"
 #include "core/temporary_files.h"
 #include "core/transcription_run.h"
 #include "export/run_exports.h"
 #include "models/model_choice.h"
+#include "screens/pane/transcript_pane.h"
 
 #include <QObject>
 #include <QStringList>
@@ -28,6 +30,7 @@ class TranscriptFromFileView : public QObject {
     Q_PROPERTY(sorvanta::TranscriptionRun *run READ run CONSTANT)
     Q_PROPERTY(sorvanta::ModelChoice *model READ model CONSTANT)
     Q_PROPERTY(sorvanta::LanguageChoice *language READ language CONSTANT)
+    Q_PROPERTY(sorvanta::TranscriptPane *pane READ pane CONSTANT)
     Q_PROPERTY(sorvanta::ExportMenu *exportMenu READ exportMenu CONSTANT)
     Q_PROPERTY(QString fileLabel READ fileLabel NOTIFY selectedFileChanged)
     Q_PROPERTY(bool hasFile READ hasFile NOTIFY selectedFileChanged)
@@ -42,6 +45,7 @@ public:
         FilePanels &panels;
         QString resourceFolder; ///< where the engine lies
         AudioPreparer::Settings preparation = {};
+        PlaybackController::OpenPlayer openPlayer = openAudioPlayer;
     };
 
     explicit TranscriptFromFileView(const Surroundings &surroundings, QObject *parent = nullptr);
@@ -50,6 +54,9 @@ public:
     TranscriptionRun *run() { return &m_run; }
     ModelChoice *model() { return &m_model; }
     LanguageChoice *language() { return &m_language; }
+
+    TranscriptPane *pane() { return &m_pane; }
+    PlaybackController &playback() { return m_playback; }
 
     /// What the transcript can be exported as.
     ExportMenu *exportMenu() { return m_exports.menu(); }
@@ -107,6 +114,8 @@ private:
     TranscriptionRun m_run;
     std::optional<QString> m_selectedFile;
     RunExports m_exports;
+    PlaybackController m_playback;
+    TranscriptPane m_pane;
 };
 
 } // namespace sorvanta

@@ -42,7 +42,7 @@ TEST_F(FilePageExport, theRowStandsUnderTheTranscriptWithinThePage)
 {
     showFinished(twoLines);
     EXPECT_EQ(place("exportMenu").top(), place(item("transcriptLines")).bottom() + 1 + 8);
-    EXPECT_EQ(place("exportMenu").left(), place("startButton").left());
+    EXPECT_EQ(place("fullViewButton").left(), place("startButton").left());
     EXPECT_EQ(place("exportMenu").bottom(), 700 - 16) << "the transcript takes the rest of the page";
     EXPECT_EQ(item("exportMenu")->height(), 32);
     savePicture("file-done-export");

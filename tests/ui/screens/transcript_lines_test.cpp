@@ -168,7 +168,7 @@ TEST_F(TranscriptLines, eachRowIsATextThatCanBeSelectedAndIsReadOut)
 TEST_F(TranscriptLines, saysThatThereIsNoTranscriptYet)
 {
     showType("Sorvanta.Screens", "TranscriptLines",
-             {{"run", QVariant::fromValue(&run())}, {"width", 600}, {"height", 300}});
+             {{"pane", QVariant::fromValue(screen.pane())}, {"width", 600}, {"height", 300}});
     EXPECT_TRUE(isShown("noTranscript"));
     EXPECT_EQ(text("noTranscript"), "No transcript yet.");
     start("print [x] One%0A\n");

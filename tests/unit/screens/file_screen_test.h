@@ -4,6 +4,7 @@
 #include "support/printing.h"
 #include "support/screen_workbench.h"
 #include "support/silent_media.h"
+#include "unit/audio/fake_audio_player.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,7 +22,8 @@ protected:
             sorvanta::TranscriptFromFileView::Surroundings{.models = bench.models,
                                                            .history = bench.history,
                                                            .panels = bench.panels,
-                                                           .resourceFolder = bench.engine.resourceFolder()});
+                                                           .resourceFolder = bench.engine.resourceFolder(),
+                                                           .openPlayer = players.opener()});
         statuses.clear();
         QObject::connect(screen->run(), &sorvanta::TranscriptionRun::statusChanged, screen->run(),
                          [this] { statuses << screen->run()->status(); });
@@ -60,6 +62,7 @@ protected:
     }
 
     ScreenWorkbench bench;
+    FakePlayers players;
     QStringList statuses;
     std::unique_ptr<sorvanta::TranscriptFromFileView> screen;
 };

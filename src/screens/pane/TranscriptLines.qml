@@ -8,7 +8,22 @@ import Sorvanta.Screens
 Card {
     id: card
 
-    required property TranscriptionRun run
+    required property TranscriptPaneContent pane
+
+    // Scrolls the row to the centre. One that is far away is approached over the height of the view.
+    function centre(row) {
+        scrolling.stop();
+        const from = list.contentY;
+        list.positionViewAtIndex(row, ListView.Center);
+        const to = list.contentY;
+        const distance = Math.max(-list.height, Math.min(from - to, list.height));
+        if (Theme.scrollTime === 0 || distance === 0)
+            return;
+        scrolling.row = row;
+        scrolling.from = to + distance;
+        scrolling.to = to;
+        scrolling.start();
+    }
 
     implicitWidth: 480
     implicitHeight: 160
@@ -23,7 +38,7 @@ Card {
         bottomMargin: 15
         clip: true
         spacing: 4
-        model: card.run.lines
+        model: card.pane.rows
         currentIndex: -1 // a line is selected as text, not as a row
         boundsBehavior: Flickable.StopAtBounds
         cacheBuffer: 400
@@ -34,6 +49,7 @@ Card {
         Accessible.name: "Transcript"
 
         Keys.forwardTo: [scrollKeys]
+        onMovementStarted: scrolling.stop()
 
         ScrollBar.vertical: ScrollBar {
             leftPadding: 1
@@ -44,6 +60,7 @@ Card {
 
         delegate: TranscriptRow {
             width: ListView.view.width
+            pane: card.pane
         }
     }
 
@@ -54,9 +71,30 @@ Card {
         lineHeight: 42
     }
 
+    NumberAnimation {
+        id: scrolling
+
+        property int row: -1
+
+        target: list
+        property: "contentY"
+        duration: Theme.scrollTime
+        easing.type: Easing.OutCubic
+        // Rows on the way may be higher than was thought.
+        onFinished: list.positionViewAtIndex(row, ListView.Center)
+    }
+
+    Connections {
+        target: card.pane.search
+
+        function onScrollToCurrentMatch(line) {
+            card.centre(line);
+        }
+    }
+
     BodyText {
         objectName: "noTranscript"
-        visible: card.run.lines.count === 0
+        visible: !card.pane.hasText
         x: 16
         y: 16
         text: "No transcript yet."

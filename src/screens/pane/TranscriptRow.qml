@@ -1,12 +1,17 @@
 import QtQuick
 import Sorvanta.Style
+import Sorvanta.Screens
+import Sorvanta.Viewer
 
-// A line of a transcript, selectable.
+// A line of a transcript, selectable, with the hits of the search painted behind its letters.
 Item {
     id: row
 
+    required property TranscriptPaneContent pane
+    required property int index
     required property string text
 
+    objectName: "line-" + index
     height: words.height
 
     TextEdit {
@@ -25,5 +30,14 @@ Item {
         font.pixelSize: 14
         Accessible.role: Accessible.StaticText
         Accessible.name: row.text
+    }
+
+    LineMarks {
+        document: words.textDocument
+        hits: row.pane.paintRevision >= 0 && row.text !== "" ? row.pane.hitsInRow(row.index) : []
+        hitColor: Theme.hit
+        hitTextColor: Theme.hitText
+        currentColor: Theme.hitCurrent
+        currentTextColor: Theme.hitCurrentText
     }
 }
