@@ -13,6 +13,7 @@ Dialog {
 
     objectName: "logsSheet"
     title: pane.logsTitle
+    bottomPadding: 16
     width: Math.min(640, parent ? parent.width - 32 : 640)
     height: Math.min(440, parent ? parent.height - 32 : 440)
     onIsWantedChanged: isWanted ? open() : close()
@@ -41,7 +42,6 @@ Dialog {
             id: well
 
             anchors.fill: parent
-            anchors.bottomMargin: 16
             radius: Theme.controlRadius
             color: Theme.well
 

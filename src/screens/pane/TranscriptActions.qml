@@ -38,6 +38,7 @@ Item {
                 height: parent.height
                 text: "Strip “- ”"
                 checked: row.pane.stripDashes
+                hoverEnabled: true // for the tool tip, whatever the desktop says of effects
                 Accessible.description: row.pane.stripDashesHint
                 onToggled: row.pane.stripDashes = checked
 
@@ -75,6 +76,7 @@ Item {
         objectName: "clearOutputButton"
         visible: row.pane.isClearOutputOffered
         anchors.right: parent.right
+        anchors.bottom: parent.bottom
         text: "Clear Output"
         role: PushButton.Destructive
         onClicked: row.pane.clearOutput()

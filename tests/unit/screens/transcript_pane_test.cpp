@@ -352,7 +352,7 @@ TEST_F(TranscriptPaneTest, theViewerPlaysAndSeeksTheChosenFile)
     const TranscriptWindowModel &model = pane().viewer()->model();
     EXPECT_TRUE(model.isPlaying());
     EXPECT_EQ(model.playbackDuration(), 30.0);
-    window->seek(20);
+    window->slideTo(20);
     EXPECT_EQ(players.takeCalls(), QStringList{u"seek 20"_qs});
     players.seekCompleted();
     EXPECT_EQ(model.currentTime(), 20.0);
