@@ -22,8 +22,14 @@ void ModelsSettingsView::appear()
 
 void ModelsSettingsView::download(int row)
 {
-    if (!std::holds_alternative<ModelStatus::Downloading>(m_surroundings.viewModel.status(model(row))))
-        m_surroundings.viewModel.startDownload(model(row));
+    const ModelInfo &wanted = model(row);
+    ModelsSettingsViewModel &models = m_surroundings.viewModel;
+    // A look at the disk may find an older file while a download runs; a second one would write to the same partial
+    // file.
+    const bool runs = std::holds_alternative<ModelStatus::Downloading>(models.status(wanted))
+                      || models.activeDownloads().contains(wanted.id);
+    if (!runs)
+        models.startDownload(wanted);
 }
 
 void ModelsSettingsView::deleteLocalCopy(int row)

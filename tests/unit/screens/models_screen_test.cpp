@@ -135,6 +135,22 @@ TEST_F(ModelsScreenTest, doesNotStartADownloadThatRuns)
     waitForFailure(tiny);
 }
 
+TEST_F(ModelsScreenTest, doesNotStartADownloadThatRunsBehindAnOlderFile)
+{
+    makeFile(u"ggml-tiny.bin"_qs);
+    blockDownload(u"ggml-tiny.bin"_qs);
+    makeScreen();
+    screen->download(tiny);
+    const auto tracker = models->activeDownloads().value(u"tiny"_qs);
+    ASSERT_NE(tracker, nullptr);
+    screen->appear();
+    EXPECT_EQ(statusText(tiny), u"Ready"_qs);
+    screen->deleteLocalCopy(tiny);
+    screen->download(tiny);
+    EXPECT_EQ(models->activeDownloads().value(u"tiny"_qs), tracker) << "the first goes on";
+    waitForFailure(tiny);
+}
+
 TEST_F(ModelsScreenTest, showsSeveralDownloadsAtOnce)
 {
     blockDownload(u"ggml-tiny.bin"_qs);
