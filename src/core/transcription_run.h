@@ -108,8 +108,8 @@ public:
     void clearTranscript();
 
     /// Empties the output, the status and all that is known of the progress, and removes the temporary files; the error
-    /// stays. A run that goes on is not ended, but stopRun() reaches its child no more, and its next output, or its end,
-    /// brings the whole output back.
+    /// stays. A run that goes on is not ended, but stopRun() reaches its child no more, and its next output, or its
+    /// end, brings the whole output back.
     void clearOutput();
 
     bool stripDashes() const { return m_lines.stripDashes(); }

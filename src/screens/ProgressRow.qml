@@ -56,6 +56,13 @@ Item {
         color: Theme.text2
     }
 
+    Timer {
+        id: leaving
+
+        interval: 0
+        onTriggered: row.focusLeft()
+    }
+
     PushButton {
         id: stopButton
 
@@ -69,7 +76,7 @@ Item {
         // With the run the button goes, and a focus that stayed on it would be nowhere.
         onVisibleChanged: {
             if (!visible && activeFocus)
-                Qt.callLater(row.focusLeft);
+                leaving.start();
         }
     }
 }

@@ -68,9 +68,10 @@ TranscriptFromFileView::TranscriptFromFileView(const Surroundings &surroundings,
     , m_model(surroundings.models)
     , m_run({surroundings.resourceFolder, true}, {.removeTemporaries = [this] { m_temporaries.removeTemporaries(); },
                                                   .saveToHistory = [this] { saveToHistory(); }})
-    , m_exports({.run = m_run, .panels = surroundings.panels, .naming = transcriptionNaming(), .source = [this] {
-                     return m_selectedFile;
-                 }})
+    , m_exports({.run = m_run,
+                 .panels = surroundings.panels,
+                 .naming = transcriptionNaming(),
+                 .source = [this] { return m_selectedFile; }})
     , m_playback(filePlayback(),
                  {.file = [this] { return m_selectedFile; },
                   .setError = [this](const QString &error) { m_run.setError(error); },

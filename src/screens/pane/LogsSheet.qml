@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import QtQuick.Controls
 import Sorvanta.Style
@@ -37,83 +39,81 @@ Dialog {
         }
     }
 
-    contentItem: Item {
-        Rectangle {
-            id: well
+    Rectangle {
+        id: well
 
+        anchors.fill: parent
+        radius: Theme.controlRadius
+        color: Theme.well
+
+        ListView {
+            id: lines
+
+            property bool isAllSelected: false
+
+            objectName: "logLines"
             anchors.fill: parent
-            radius: Theme.controlRadius
-            color: Theme.well
+            anchors.margins: 1
+            topMargin: 11
+            bottomMargin: 11
+            clip: true
+            model: sheet.pane.log
+            currentIndex: -1 // a line is selected as text, not as a row
+            boundsBehavior: Flickable.StopAtBounds
+            cacheBuffer: 200
+            keyNavigationEnabled: false
+            activeFocusOnTab: true
+            Accessible.role: Accessible.List
+            Accessible.name: sheet.title
+            Keys.forwardTo: [logKeys, scrollKeys]
 
-            ListView {
-                id: lines
-
-                property bool isAllSelected: false
-
-                objectName: "logLines"
-                anchors.fill: parent
-                anchors.margins: 1
-                topMargin: 11
-                bottomMargin: 11
-                clip: true
-                model: sheet.pane.log
-                currentIndex: -1 // a line is selected as text, not as a row
-                boundsBehavior: Flickable.StopAtBounds
-                cacheBuffer: 200
-                keyNavigationEnabled: false
-                activeFocusOnTab: true
-                Accessible.role: Accessible.List
-                Accessible.name: sheet.title
-                Keys.forwardTo: [logKeys, scrollKeys]
-
-                ScrollBar.vertical: ScrollBar {
-                    leftPadding: 1
-                    rightPadding: 5
-                    topPadding: 5
-                    bottomPadding: 5
-                }
-
-                delegate: LogRow {
-                    width: ListView.view.width
-                    isSelected: lines.isAllSelected
-                    onPressed: lines.isAllSelected = false
-                }
+            ScrollBar.vertical: ScrollBar {
+                leftPadding: 1
+                rightPadding: 5
+                topPadding: 5
+                bottomPadding: 5
             }
 
-            Item {
-                id: logKeys
+            delegate: LogRow {
+                width: ListView.view.width
+                isSelected: lines.isAllSelected
+                onPressed: lines.isAllSelected = false
+            }
+        }
 
-                Keys.onPressed: event => {
-                    if (event.matches(StandardKey.SelectAll)) {
-                        lines.isAllSelected = true;
-                        event.accepted = true;
-                    } else if (event.matches(StandardKey.Copy) && lines.isAllSelected) {
-                        sheet.pane.copyLog();
-                        event.accepted = true;
-                    }
+        Item {
+            id: logKeys
+
+            Keys.onPressed: event => {
+                if (event.matches(StandardKey.SelectAll)) {
+                    lines.isAllSelected = true;
+                    event.accepted = true;
+                } else if (event.matches(StandardKey.Copy) && lines.isAllSelected) {
+                    sheet.pane.copyLog();
+                    event.accepted = true;
                 }
             }
+        }
 
-            ScrollKeys {
-                id: scrollKeys
+        ScrollKeys {
+            id: scrollKeys
 
-                view: lines
-                lineHeight: 32
-            }
+            view: lines
+            lineHeight: 32
+        }
 
-            BodyText {
-                objectName: "noLogs"
-                visible: text !== ""
-                x: 12
-                y: 12
-                text: sheet.pane.emptyLogText
-                color: Theme.text2
-                Accessible.ignored: !visible
-            }
+        BodyText {
+            objectName: "noLogs"
+            visible: text !== ""
+            x: 12
+            y: 12
+            text: sheet.pane.emptyLogText
+            color: Theme.text2
+            Accessible.ignored: !visible
+        }
 
-            FocusRing {
-                visible: lines.activeFocus
-            }
+        FocusRing {
+            visible: lines.activeFocus
         }
     }
 

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import Sorvanta.Style
 import Sorvanta.Screens
 import Sorvanta.Viewer
@@ -23,7 +22,15 @@ FocusScope {
     implicitHeight: leastHeight
     onVisibleChanged: {
         if (!visible && activeFocus)
-            Qt.callLater(focusLeft);
+            leaving.start();
+    }
+
+    // The focus goes on once the block is gone.
+    Timer {
+        id: leaving
+
+        interval: 0
+        onTriggered: block.focusLeft()
     }
 
     TranscriptSearchRow {

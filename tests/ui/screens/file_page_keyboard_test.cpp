@@ -38,9 +38,9 @@ TEST_F(FilePageKeyboard, goesThroughARunningPageFromTopToBottom)
     waitFor([this] { return run().progress() == 0.42; });
     run().setError("An error.");
     EXPECT_THAT(tabStops(), ElementsAre("chooseFileButton", "modelPicker", "languagePicker", "copyErrorButton",
-                                        "stopButton", "transcriptSearchField", "previousButton", "nextButton", "transcriptLines",
-                                        "fullViewButton", "stripDashesBox", "showLogsButton", "exportMenu",
-                                        "copyOutputButton", "clearOutputButton"));
+                                        "stopButton", "transcriptSearchField", "previousButton", "nextButton",
+                                        "transcriptLines", "fullViewButton", "stripDashesBox", "showLogsButton",
+                                        "exportMenu", "copyOutputButton", "clearOutputButton"));
     press(Qt::Key_Backtab, Qt::ShiftModifier);
     EXPECT_EQ(window->activeFocusItem()->objectName(), "clearOutputButton");
 }

@@ -308,9 +308,9 @@ TEST_F(TranscriptPaneUi, clearedInMidRunTheBlockComesBackWithTheNextOutput)
 TEST_F(TranscriptPaneUi, everyControlIsReachedByKeysAndReadOut)
 {
     showRunning();
-    for (const char *name : {"transcriptSearchField", "previousButton", "nextButton", "transcriptLines",
-                             "fullViewButton", "stripDashesBox", "showLogsButton", "exportMenu", "copyOutputButton",
-                             "clearOutputButton"}) {
+    for (const char *name :
+         {"transcriptSearchField", "previousButton", "nextButton", "transcriptLines", "fullViewButton",
+          "stripDashesBox", "showLogsButton", "exportMenu", "copyOutputButton", "clearOutputButton"}) {
         tabTo(item(name));
         EXPECT_TRUE(item(name)->hasActiveFocus()) << name;
         EXPECT_FALSE(accessible(item(name))->text(QAccessible::Name).isEmpty()) << name;
@@ -458,7 +458,7 @@ struct PaneSize {
     int height;
 };
 
-class TranscriptPaneSizes : public TranscriptPaneUi, public testing::WithParamInterface<PaneSize> {};
+class TranscriptPaneSizes : public TranscriptPaneUi, public testing::WithParamInterface<PaneSize> { };
 
 TEST_P(TranscriptPaneSizes, nothingOverlapsAndNothingIsCutOff)
 {
@@ -494,8 +494,8 @@ TEST_P(TranscriptPaneSizes, nothingOverlapsAndNothingIsCutOff)
     EXPECT_LE(place("closeLogsButton").bottom(), root->height());
 }
 
-INSTANTIATE_TEST_SUITE_P(, TranscriptPaneSizes, testing::Values(PaneSize{1200, 700}, PaneSize{720, 480},
-                                                                PaneSize{1920, 1080}));
+INSTANTIATE_TEST_SUITE_P(, TranscriptPaneSizes,
+                         testing::Values(PaneSize{1200, 700}, PaneSize{720, 480}, PaneSize{1920, 1080}));
 
 } // namespace
 

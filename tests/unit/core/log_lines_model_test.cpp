@@ -87,7 +87,9 @@ TEST_F(LogLines, partALongLineWithoutCuttingACharacterOfTwoUnits)
 
 TEST_F(LogLines, areThoseOfTheWholeLogHoweverItCame)
 {
-    const QStringList pieces = {u"\r"_qs, u"\n"_qs, u"\r\n"_qs, u"a"_qs, u"word"_qs, QString(2100, u'z'),
+    const QStringList pieces = {u"\r"_qs,     u"\n"_qs,
+                                u"\r\n"_qs,   u"a"_qs,
+                                u"word"_qs,   QString(2100, u'z'),
                                 u"\u2028"_qs, QString::fromUcs4(U"\U0001F469")};
     QRandomGenerator random(7);
     for (int round = 0; round < 100; ++round) {

@@ -55,9 +55,10 @@ TEST(TranscriptCounter, looksAtNoLineBeforeTheFirstThatChanged)
 
 TEST(TranscriptCounter, givesWhatThePureFunctionGivesHoweverTheTextChanges)
 {
-    const QStringList pieces = {u"a"_qs,      u" "_qs,     u"\u0301"_qs,       u"\u200D"_qs, u"\U0001F469"_qs, u"-"_qs,
-                                u"\u00A0"_qs, u"\u1100"_qs, u"\u1161"_qs,       u"\u3000"_qs, u"\U0001F1E9"_qs, u"\u200B"_qs,
-                                u"word "_qs,  u"\t"_qs,     u"\U0001F3FD"_qs, QString(QChar(0xD800))};
+    const QStringList pieces = {u"a"_qs,          u" "_qs,      u"\u0301"_qs,     u"\u200D"_qs,
+                                u"\U0001F469"_qs, u"-"_qs,      u"\u00A0"_qs,     u"\u1100"_qs,
+                                u"\u1161"_qs,     u"\u3000"_qs, u"\U0001F1E9"_qs, u"\u200B"_qs,
+                                u"word "_qs,      u"\t"_qs,     u"\U0001F3FD"_qs, QString(QChar(0xD800))};
     QRandomGenerator random(20260202);
     for (int round = 0; round < 200; ++round) {
         ChangingLines text;

@@ -243,6 +243,17 @@ TEST_F(TranscriptPaneTest, clearedInMidRunTheRunIsOutOfReachOfStop)
     EXPECT_TRUE(bench.history.entries().isEmpty());
 }
 
+TEST_F(TranscriptPaneTest, aStopIsForgottenByAClear)
+{
+    startSlowRun("print [x] One%0A\nsleep 20000\n");
+    run().stopRun();
+    ASSERT_TRUE(run().isStopping());
+    pane().clearOutput();
+    EXPECT_FALSE(run().isStopping());
+    EXPECT_EQ(run().status(), QString());
+    EXPECT_TRUE(run().isTranscribing()) << "the end of the engine is still awaited";
+}
+
 TEST_F(TranscriptPaneTest, aFailureAfterAClearLeavesTheOutputEmpty)
 {
     startSlowRun("print [x] One%0A\nsleep 300\nexit 3\n");
