@@ -12,7 +12,10 @@ SECTIONS = [(Role.LIST, "Sections")] + [(Role.LIST_ITEM, name) for name in (
     "History", "Models Settings", "Help")]
 FORM = [(Role.PUSH_BUTTON, "Choose File…"), (Role.COMBO_BOX, "Model"), (Role.COMBO_BOX, "Language")]
 TRANSCRIBE = [(Role.PUSH_BUTTON, "Transcribe")]
-TRANSCRIPT = [(Role.LIST, "Transcript"), (Role.PUSH_BUTTON, "Export")]
+TRANSCRIPT = [
+    (Role.PUSH_BUTTON, "Previous match"), (Role.PUSH_BUTTON, "Next match"), (Role.LIST, "Transcript"),
+    (Role.PUSH_BUTTON, "Open Full View"), (Role.CHECK_BOX, "Strip “- ”"), (Role.PUSH_BUTTON, "Show Logs"),
+    (Role.PUSH_BUTTON, "Export"), (Role.PUSH_BUTTON, "Copy Output"), (Role.PUSH_BUTTON, "Clear Output")]
 EXPORTS = [(Role.MENU_ITEM, name) for name in (
     "TXT", "SRT", "VTT", "CSV", "DOCX", "PDF", "Markdown (.md)", "HTML", "JSON", "Download to Downloads")]
 
