@@ -26,10 +26,5 @@ Item {
         function onTranscriptWindowChanged() {
             window.follow();
         }
-
-        function onRaiseRequested() {
-            if (window.item)
-                window.item.bringToFront();
-        }
     }
 }

@@ -19,6 +19,14 @@ ApplicationWindow {
         requestActivate();
     }
 
+    Connections {
+        target: window.viewer
+
+        function onRaiseRequested() {
+            window.bringToFront();
+        }
+    }
+
     objectName: "transcriptViewerWindow"
     title: "Transcript Viewer"
     width: 980
