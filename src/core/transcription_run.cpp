@@ -90,6 +90,22 @@ void TranscriptionRun::beginRun()
     announceText(0);
 }
 
+void TranscriptionRun::beginPreparation(const QString &status)
+{
+    m_isTranscribing = true;
+    m_status = status;
+    m_progress.progress = std::nullopt;
+    m_progress.etaText = QStringLiteral("Estimating…");
+    announceProgress();
+}
+
+void TranscriptionRun::endPreparation()
+{
+    setStopping(false);
+    m_activeProcess = nullptr;
+    m_isTranscribing = false;
+}
+
 void TranscriptionRun::forgetOutput()
 {
     m_isTranscriptCleared = false;

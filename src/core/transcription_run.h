@@ -59,6 +59,12 @@ public:
     /// Resets the fields for a run that begins now.
     void beginRun();
 
+    /// Where the run is said to go on already while its audio is prepared: it does from now on, with this status. All
+    /// that an earlier run has left stays until start().
+    void beginPreparation(const QString &status);
+    /// The preparation gave nothing to start with: the run is over.
+    void endPreparation();
+
     /// Asks the run to end. The words of the end come when the child has ended.
     Q_INVOKABLE void stopRun();
 

@@ -13,8 +13,9 @@ Item {
     property alias color: label.color
     property int spacing: 8
     property bool opensMenu: false
+    property bool busy: false
 
-    readonly property real extraWidth: (symbol ? symbolSize + spacing : 0) + (opensMenu ? 14 + spacing : 0)
+    readonly property real extraWidth: (busy ? 14 + spacing : 0) + (symbol ? symbolSize + spacing : 0) + (opensMenu ? 14 + spacing : 0)
 
     implicitWidth: label.implicitWidth + extraWidth
     implicitHeight: 18
@@ -22,6 +23,12 @@ Item {
     Row {
         anchors.centerIn: parent
         spacing: content.spacing
+
+        BusyMark {
+            visible: content.busy
+            anchors.verticalCenter: parent.verticalCenter
+            color: label.color
+        }
 
         Icon {
             visible: symbol !== ""
