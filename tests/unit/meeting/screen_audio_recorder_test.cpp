@@ -15,6 +15,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <thread>
 
 #include <sys/resource.h>
 
@@ -85,10 +86,7 @@ protected:
     /// Stops when the fake's time says so, which has run ahead of ours.
     void stop()
     {
-        QTest::qWait(
-            static_cast<int>(
-                std::chrono::duration_cast<std::chrono::milliseconds>(sound.time() - SoundTime::clock::now()).count())
-            + 1);
+        std::this_thread::sleep_until(sound.time());
         recorder->stopRecording();
     }
     void waitForOutput()
