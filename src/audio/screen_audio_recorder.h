@@ -59,6 +59,7 @@ public:
     void stopPlayback() { m_playback.stopPlayback(); }
     /// Plays outputURL(), with the fields of the playback.
     PlaybackController &playback() { return m_playback; }
+    const PlaybackController &playback() const { return m_playback; }
 
     /// Also true while paused.
     bool isRecording() const { return m_isRecording; }
