@@ -232,6 +232,7 @@ TEST_F(MeetingPage, anErrorStandsInRedInTheRecordingBlock)
     EXPECT_TRUE(isShown("errorText"));
     EXPECT_FALSE(isShown("copyErrorButton"));
     EXPECT_EQ(item("errorText")->property("color").value<QColor>(), color("danger"));
+    QTest::qWait(50); // the rows find their places
     EXPECT_LT(place("headline").bottom(), place("errorText").top());
     EXPECT_LT(place("errorText").bottom(), place("languagePicker").top());
     savePicture("meeting-error");

