@@ -83,6 +83,7 @@ class MeetingTest(WindowTest):
         window.expect("Playback paused.")
         window.press("Resume Playback")
         window.expect("Pause Playback")
+        window.expect("0:02", patience=10)
 
         kept = self.session.home / "kept.m4a"
         window.press("Save Audio")
