@@ -213,7 +213,22 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{"/redirect/17", "too many HTTP redirects"}, Failure{"/loop", "too many HTTP redirects"},
         Failure{"/insecure", "The resource could not be loaded because the App Transport Security policy "
                              "requires the use of a secure connection."},
-        Failure{"/nonsense", "There was a bad response from the server."}));
+        Failure{"/foreign", "unsupported URL"}, Failure{"/to-a-file", "unsupported URL"},
+        Failure{"/nonsense", "There was a bad response from the server."},
+        Failure{"/claims/-5", "There was a bad response from the server."},
+        Failure{"/claims/99999999999999999999", "There was a bad response from the server."},
+        Failure{"/claims/9223372036854775807", "The network connection was lost."},
+        Failure{"/endless-head", "There was a bad response from the server."},
+        Failure{"/endless-header", "There was a bad response from the server."},
+        Failure{"/nul-in-head", "There was a bad response from the server."}));
+
+TEST_F(ModelDownloadTest, anAnswerWithoutContentIsAnEmptyFile)
+{
+    download(u"/no-content"_qs);
+    EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)}))
+        << "neither size nor content of a file is checked";
+    EXPECT_EQ(contentOf(path(u"ggml-tiny.bin"_qs)), "");
+}
 
 TEST_F(ModelDownloadTest, aFailureToWriteIsToldFirstAndTheCancellationThatItCausesLast)
 {
