@@ -123,6 +123,20 @@ TEST_F(DownloadTrackerTest, reportsTheLastPieceOfAKnownSizeHoweverSoonItComes)
     EXPECT_EQ(reports.size(), 2u) << "no piece of an unknown size is the last";
 }
 
+TEST_F(DownloadTrackerTest, aPieceThatWasHeldBackIsToldWithTheNextOneOnly)
+{
+    now = 1001;
+    tracker->didReceiveData("abc");
+    tracker->didReceiveData("def");
+    now = 1060;
+    QTest::qWait(500);
+    ASSERT_EQ(reports.size(), 1u) << "nothing is told while nothing comes";
+    EXPECT_EQ(reports[0].bytesReceived, 3);
+    tracker->didReceiveData("g");
+    ASSERT_EQ(reports.size(), 2u);
+    EXPECT_EQ(reports[1].bytesReceived, 7);
+}
+
 TEST_F(DownloadTrackerTest, estimatesByTheAverageSpeedSinceTheStart)
 {
     now = 1004;
@@ -282,6 +296,21 @@ TEST_F(DownloadTrackerTest, throwsAwayAPartialFileOfAnEarlierTry)
     EXPECT_EQ(partial.size(), 0);
     tracker->didReceiveData("new");
     EXPECT_EQ(partial.size(), 3);
+}
+
+TEST_F(DownloadTrackerTest, theEndOfARefusedTryLeavesThePartialFileOfTheNextOneAlone)
+{
+    tracker->start();
+    respond(500, 5);
+    ASSERT_EQ(results.size(), 1u) << "from now on a retry is offered";
+    const auto refused = tracker;
+    makeTracker(folder.filePath(u"ggml-tiny.bin"_qs));
+    tracker->start();
+    tracker->didReceiveData("new");
+    refused->didComplete(Error(u"NSURLErrorDomain"_qs, -999, u"cancelled"_qs));
+    EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin.part"_qs});
+    tracker->didComplete(std::nullopt);
+    EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin"_qs});
 }
 
 TEST_F(DownloadTrackerTest, makesTheFoldersThatAreMissing)
