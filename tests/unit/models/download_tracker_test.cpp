@@ -112,6 +112,18 @@ TEST_F(DownloadTrackerTest, reportsAtMostEveryFourTenthsOfASecond)
     EXPECT_EQ(reports[1].totalBytesExpected, 100);
 }
 
+TEST_F(DownloadTrackerTest, reportsAgainAfterFourTenthsOfASecondToTheDot)
+{
+    now = 0; // where 0.4 is what it is
+    tracker->reportProgress(10, 100);
+    now = 0.399;
+    tracker->reportProgress(20, 100);
+    EXPECT_EQ(reports.size(), 1u);
+    now = 0.4;
+    tracker->reportProgress(30, 100);
+    EXPECT_EQ(reports.size(), 2u);
+}
+
 TEST_F(DownloadTrackerTest, reportsTheLastPieceOfAKnownSizeHoweverSoonItComes)
 {
     now = 1001;
