@@ -139,7 +139,7 @@ TEST_F(TranscriptPaneParts, tenThousandLinesOfAnyLengthStandInTheirCard)
     QByteArray commands;
     for (int line = 0; line < 10000; ++line)
         commands += "print [x] line number " + QByteArray::number(line) + " about the harbour%0A\n";
-    commands += "print [x] " + QByteArray("aVeryLongWordWithoutAnyPlaceToBreakIt").repeated(20) + "%0A\n";
+    commands += "print [x] " + QByteArray("aVeryLongWordWithoutAnyPlaceToBreakIt").repeated(30) + "%0A\n";
     showFinished(commands);
     pane().search()->setSearchText("harbour");
     pane().search()->previousMatch();
@@ -148,6 +148,8 @@ TEST_F(TranscriptPaneParts, tenThousandLinesOfAnyLengthStandInTheirCard)
     EXPECT_LE(item("matchCounter")->property("contentWidth").toDouble(), place("matchCounter").width());
     EXPECT_LE(place("matchButtons").right(), place("transcriptCounts").left());
     savePicture("pane-10000");
+    EXPECT_NEAR(place("line-9999").center().y(), place("transcriptLines").center().y(), 1)
+        << "also next to a row that is higher than most";
     setDark(true);
     savePicture("pane-10000-dark");
     EXPECT_LE(place("line-10000").right(), place("transcriptLines").right());
