@@ -267,6 +267,23 @@ TEST_F(ViewerLayout, thePanelHasItsOptionsInOrder)
     EXPECT_FALSE(isShown("totalText"));
 }
 
+TEST_F(ViewerLayout, sizeIsChosenBySliderAndStepperAlike)
+{
+    fill(3);
+    open();
+    tabTo(part(item("textSize"), "slider"));
+    press(Qt::Key_Right);
+    EXPECT_EQ(view().fontSize(), 17);
+    EXPECT_EQ(part(item("textSize"), "stepper")->property("value").toInt(), 17);
+    tabTo(part(item("textSize"), "stepper"));
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(view().fontSize(), 15);
+    EXPECT_EQ(part(item("textSize"), "slider")->property("value").toDouble(), 15);
+    EXPECT_EQ(part(item("textSize"), "value")->property("text").toString(), "15");
+    EXPECT_EQ(part(row(0), "words")->property("font").value<QFont>().pixelSize(), 15);
+}
+
 TEST_F(ViewerLayout, theTypefaceIsTheChosenOne)
 {
     fill(3);

@@ -331,6 +331,18 @@ TEST_P(EveryScreen, saysWhatItShouldOfAFileThatCannotBeOpened)
     EXPECT_TRUE(controller.isRunning()) << "once it can be opened, it plays";
 }
 
+TEST_P(EveryScreen, doesNotMoveInAFileThatCannotBeOpened)
+{
+    players.refusal = unreadable;
+    controller.seekPlayback(0.005);
+    EXPECT_EQ(playback.error, GetParam().seekOpensPlayer ? QString::fromUtf16(GetParam().openingError) : QString());
+    EXPECT_FALSE(controller.hasPlayer());
+    EXPECT_FALSE(players.calls.join(u' ').contains(u"seek"_qs));
+    if (GetParam().seekOpensPlayer) {
+        EXPECT_EQ(controller.playbackTime(), 0);
+    }
+}
+
 TEST_P(EveryScreen, isAfterALateFailureToOpenAsAfterAnEarlyOne)
 {
     controller.togglePlayback();
