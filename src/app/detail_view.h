@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/file/transcript_from_file_view.h"
+#include "screens/microphone/record_audio_view.h"
 #include "screens/models/models_settings_view.h"
 
 #include <QObject>
@@ -17,6 +18,7 @@ class DetailView : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
+    Q_PROPERTY(sorvanta::RecordAudioView *microphoneScreen READ microphoneScreen CONSTANT)
     Q_PROPERTY(sorvanta::ModelsSettingsView *modelsScreen READ modelsScreen CONSTANT)
 
 public:
@@ -25,10 +27,12 @@ public:
     DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent = nullptr);
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
+    RecordAudioView *microphoneScreen() { return &m_microphoneScreen; }
     ModelsSettingsView *modelsScreen() { return &m_modelsScreen; }
 
 private:
     TranscriptFromFileView m_fileScreen;
+    RecordAudioView m_microphoneScreen;
     ModelsSettingsView m_modelsScreen;
 };
 

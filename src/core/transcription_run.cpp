@@ -43,10 +43,15 @@ TranscriptionRun::~TranscriptionRun()
 
 void TranscriptionRun::start(const QString &audioPath, const QString &modelPath, const QString &language)
 {
+    beginRun();
+    startBegun(audioPath, modelPath, language);
+}
+
+void TranscriptionRun::startBegun(const QString &audioPath, const QString &modelPath, const QString &language)
+{
     forgetEndedAttempts();
     for (const Attempt &attempt : m_attempts)
         attempt.process->terminate();
-    beginRun();
     m_runLanguage = effectiveLanguage(language);
     m_process = std::make_shared<ChildProcess>();
     const auto isCurrent = currencyTest();
@@ -88,6 +93,22 @@ void TranscriptionRun::beginRun()
     m_activeProcess = nullptr;
     announceProgress();
     announceText(0);
+}
+
+void TranscriptionRun::beginPreparation(const QString &status)
+{
+    m_isTranscribing = true;
+    m_status = status;
+    m_progress.progress = std::nullopt;
+    m_progress.etaText = QStringLiteral("Estimating…");
+    announceProgress();
+}
+
+void TranscriptionRun::endPreparation()
+{
+    setStopping(false);
+    m_activeProcess = nullptr;
+    m_isTranscribing = false;
 }
 
 void TranscriptionRun::forgetOutput()

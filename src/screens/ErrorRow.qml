@@ -2,13 +2,15 @@ import QtQuick
 import QtQuick.Controls
 import Sorvanta.Style
 
-// The message of the last failure and the button that copies it, on the message's first baseline. A long message
+// The message of the last failure and, where a screen offers it, the button that copies it, on the message's first
+// baseline. A long message
 // scrolls within its row.
 Item {
     id: row
 
     property string message
     property int topPadding: 0
+    property bool offersCopy: true
 
     readonly property int textInset: (Theme.controlHeight - words.lineSize) / 2
     readonly property int mostHeight: 9 * words.lineSize
@@ -41,7 +43,7 @@ Item {
             id: words
 
             objectName: "errorText"
-            width: row.width - copyButton.width - 8 - row.scrollLane
+            width: row.width - (row.offersCopy ? copyButton.width + 8 : 0) - row.scrollLane
             text: row.message
             color: Theme.danger
             wrapMode: Text.Wrap
@@ -65,6 +67,7 @@ Item {
         id: copyButton
 
         objectName: "copyErrorButton"
+        visible: row.offersCopy
         x: view.width + 8
         y: row.topPadding
         text: "Copy Error"
