@@ -40,6 +40,11 @@ Item {
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 1
+
+            RecordAudioPage {
+                anchors.fill: parent
+                view: frame.content.detail.microphoneScreen
+            }
         }
 
         Section {

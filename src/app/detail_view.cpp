@@ -15,6 +15,12 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
           .panels = panels,
           .resourceFolder = resourceFolder,
       })
+    , m_microphoneScreen({
+          .models = ModelsSettingsViewModel::shared(),
+          .history = TranscriptionHistoryStore::shared(),
+          .panels = panels,
+          .resourceFolder = resourceFolder,
+      })
     , m_meetingScreen({
           .models = ModelsSettingsViewModel::shared(),
           .history = TranscriptionHistoryStore::shared(),
@@ -29,6 +35,7 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
 {
     // A hidden screen is on show as far as it knows, so each takes its first step now.
     m_fileScreen.appear();
+    m_microphoneScreen.appear();
     m_meetingScreen.appear();
     m_modelsScreen.appear();
 }

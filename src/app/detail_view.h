@@ -2,6 +2,7 @@
 
 #include "screens/file/transcript_from_file_view.h"
 #include "screens/meeting/meeting_recorder_view.h"
+#include "screens/microphone/record_audio_view.h"
 #include "screens/models/models_settings_view.h"
 
 #include <QObject>
@@ -19,6 +20,7 @@ class DetailView : public QObject {
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
     Q_PROPERTY(sorvanta::MeetingRecorderView *meetingScreen READ meetingScreen CONSTANT)
+    Q_PROPERTY(sorvanta::RecordAudioView *microphoneScreen READ microphoneScreen CONSTANT)
     Q_PROPERTY(sorvanta::ModelsSettingsView *modelsScreen READ modelsScreen CONSTANT)
 
 public:
@@ -28,10 +30,12 @@ public:
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
     MeetingRecorderView *meetingScreen() { return &m_meetingScreen; }
+    RecordAudioView *microphoneScreen() { return &m_microphoneScreen; }
     ModelsSettingsView *modelsScreen() { return &m_modelsScreen; }
 
 private:
     TranscriptFromFileView m_fileScreen;
+    RecordAudioView m_microphoneScreen;
     MeetingRecorderView m_meetingScreen;
     ModelsSettingsView m_modelsScreen;
 };

@@ -43,10 +43,15 @@ TranscriptionRun::~TranscriptionRun()
 
 void TranscriptionRun::start(const QString &audioPath, const QString &modelPath, const QString &language)
 {
+    beginRun();
+    startBegun(audioPath, modelPath, language);
+}
+
+void TranscriptionRun::startBegun(const QString &audioPath, const QString &modelPath, const QString &language)
+{
     forgetEndedAttempts();
     for (const Attempt &attempt : m_attempts)
         attempt.process->terminate();
-    beginRun();
     m_runLanguage = effectiveLanguage(language);
     m_process = std::make_shared<ChildProcess>();
     const auto isCurrent = currencyTest();

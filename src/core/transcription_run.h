@@ -59,6 +59,10 @@ public:
     /// Resets the fields for a run that begins now.
     void beginRun();
 
+    /// Starts the engine as start() does, for a run that beginRun() has begun: what became of the fields since then
+    /// stays, also the wish to stop.
+    void startBegun(const QString &audioPath, const QString &modelPath, const QString &language);
+
     /// Where the run is said to go on already while its audio is prepared: it does from now on, with this status. All
     /// that an earlier run has left stays until start().
     void beginPreparation(const QString &status);

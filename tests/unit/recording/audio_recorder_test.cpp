@@ -61,7 +61,7 @@ TEST_F(AudioRecorderSound, recordsTheToneAtItsLevelInTheFormatThatWasAskedFor)
     recorder->stop();
     EXPECT_EQ(describedFormat(folder.path(u"a.wav"_qs)), u"wav pcm_s16le 16000 1"_qs);
     const auto heard = samplesOf(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.01);
+    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.03);
     EXPECT_NEAR(decibels(toneAmplitude(piece(heard, 0.5, 1), 1000, 16000)), decibels(0.25), 0.1);
     EXPECT_NEAR(decibels(level(heard, 0.1, 1.9, 16000)), decibels(0.25 / std::sqrt(2)), 0.1) << "and nothing else";
     EXPECT_FALSE(failure || interruption);
@@ -93,7 +93,7 @@ TEST_F(AudioRecorderSound, leavesNoTraceOfAPauseAndGoesOnInTheSameFile)
     const SoundReference reference(noise);
     play(noise);
     const auto recorder = makeRecorder(u"a.wav"_qs);
-    QTest::qWait(700);
+    QTest::qWait(1500);
     const double first = recordFor(*recorder, 1500);
     const auto pauseBegin = Clock::now();
     QTest::qWait(2000);
@@ -102,7 +102,7 @@ TEST_F(AudioRecorderSound, leavesNoTraceOfAPauseAndGoesOnInTheSameFile)
     recorder->stop();
 
     const SoundReference file(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, first + second, 0.01);
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, first + second, 0.03);
     const auto recorded = [this] {
         std::vector<double> samples = samplesOf(folder.path(u"a.wav"_qs));
         std::vector<double> half;
@@ -112,8 +112,8 @@ TEST_F(AudioRecorderSound, leavesNoTraceOfAPauseAndGoesOnInTheSameFile)
     }();
     const double begin = reference.timeOf(recorded, 0).value_or(-1);
     ASSERT_GE(begin, 0);
-    EXPECT_NEAR(reference.timeOf(recorded, first - 0.11).value_or(-1), begin + first - 0.11, 0.01);
-    EXPECT_NEAR(reference.timeOf(recorded, first + 0.01).value_or(-1), begin + first + paused + 0.01, 0.02);
+    EXPECT_NEAR(reference.timeOf(recorded, first - 0.11).value_or(-1), begin + first - 0.11, 0.03);
+    EXPECT_NEAR(reference.timeOf(recorded, first + 0.01).value_or(-1), begin + first + paused + 0.01, 0.03);
     EXPECT_NEAR(reference.timeOf(recorded, first + second - 0.11).value_or(-1), begin + first + paused + second - 0.11,
                 0.02)
         << "to the very end";
@@ -152,7 +152,7 @@ TEST_F(AudioRecorderSound, makesAFileThatPlaysOfATakeOfAnyLength)
         recorder->stop();
         EXPECT_FALSE(recorder->isRecording());
         EXPECT_EQ(describedFormat(folder.path(name)), u"wav pcm_s16le 16000 1"_qs);
-        EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(name)).size()) / 16000, seconds, 0.01);
+        EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(name)).size()) / 16000, seconds, 0.03);
     }
 }
 
@@ -174,7 +174,7 @@ TEST_F(AudioRecorderSound, isSilentWhileTheServerIsAwayAndGoesOnWhenItIsBack)
     const SoundReference reference(noise);
     play(noise);
     const auto recorder = makeRecorder(u"a.wav"_qs);
-    QTest::qWait(700);
+    QTest::qWait(1500);
     recorder->record();
     const auto begin = Clock::now();
     QTest::qWait(1000);
@@ -195,7 +195,7 @@ TEST_F(AudioRecorderSound, isSilentWhileTheServerIsAwayAndGoesOnWhenItIsBack)
     recorder->stop();
 
     const auto heard = samplesOf(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.02);
+    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.03);
     EXPECT_GT(level(heard, 0.1, killed - 0.1, 16000), 0.02);
     EXPECT_EQ(level(heard, killed + 0.05, killed + 0.8, 16000), 0);
     EXPECT_GT(level(heard, seconds - 0.5, seconds, 16000), 0.02);
@@ -235,7 +235,7 @@ TEST_F(AudioRecorderSound, doesNotWaitForAServerThatHangs)
     recorder->stop();
     EXPECT_LT(secondsSince(stop), 1);
     server.suspend(false);
-    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, seconds, 0.01)
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, seconds, 0.03)
         << "what did not come is silent";
 }
 

@@ -19,13 +19,7 @@ class RoomTest : public testing::Test {
 protected:
     static constexpr sorvanta::AudioFormat voice = {16000, 1, sorvanta::AudioFormat::SampleType::Int16};
 
-    ~RoomTest() override
-    {
-        for (const auto &process : players) {
-            process->kill();
-            process->waitForFinished();
-        }
-    }
+    ~RoomTest() override { silence(); }
 
     /// Noise that nowhere sounds the same twice.
     QString makeNoise(const QString &name, double seconds) const
@@ -38,10 +32,10 @@ protected:
     /// A tone of the amplitude 0.25, alike on all `channels`.
     QString makeTone(const QString &name, int frequency, double seconds, int channels = 1) const
     {
-        return folder.make(name, QStringLiteral("-f lavfi -i aevalsrc=0.25*sin(2*PI*t*%1):d=%2:s=48000 -ac %3")
-                                     .arg(frequency)
-                                     .arg(seconds)
-                                     .arg(channels));
+        const QString tone = QStringLiteral("0.25*sin(2*PI*t*%1)").arg(frequency);
+        const QStringList tones(channels, tone);
+        return folder.make(
+            name, QStringLiteral("-f lavfi -i aevalsrc=%1:d=%2:s=48000").arg(tones.join(QChar(u'|'))).arg(seconds));
     }
 
     /// Plays a file into a sink, from about now on.
@@ -50,6 +44,16 @@ protected:
         players.push_back(std::make_unique<QProcess>());
         players.back()->start(QStringLiteral("paplay"), {QStringLiteral("--device=") + sink, path});
         ASSERT_TRUE(players.back()->waitForStarted());
+    }
+
+    /// Ends all that plays.
+    void silence()
+    {
+        for (const auto &process : players) {
+            process->kill();
+            process->waitForFinished();
+        }
+        players.clear();
     }
 
     static void tellServer(const QString &command) { outputOf(QStringLiteral("pactl"), command.split(QChar(u' '))); }

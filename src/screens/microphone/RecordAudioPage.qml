@@ -1,0 +1,146 @@
+import QtQuick
+import QtQuick.Controls
+import Sorvanta.Style
+import Sorvanta.Screens
+
+// The page of the microphone screen, in which rows appear as a run goes on.
+ScrollingPage {
+    id: page
+
+    required property RecordAudioView view
+    readonly property TranscriptionRun run: view.run
+
+    ScreenHeader {
+        width: parent.width
+        bottomPadding: 16
+        title: "Record From Microphone"
+        subtitle: "Record audio from your microphone, choose a downloaded model, and generate a transcript using whisper."
+    }
+
+    SectionLabel {
+        bottomPadding: 8
+        text: "Microphone"
+    }
+
+    MicrophoneCard {
+        width: parent.width
+        view: page.view
+    }
+
+    Item {
+        width: 1
+        height: 16
+    }
+
+    Card {
+        width: parent.width
+        height: form.height
+
+        Column {
+            id: form
+
+            x: 16
+            width: parent.width - 32
+
+            FormRow {
+                width: parent.width
+                label: "Model"
+                hint: page.view.model.hint
+
+                ComboBox {
+                    objectName: "modelPicker"
+                    visible: page.view.model.hasModels
+                    model: page.view.model.names
+                    currentIndex: page.view.model.index
+                    Accessible.name: "Model"
+                    onActivated: index => page.view.model.index = index
+                }
+            }
+
+            Hairline {
+                width: parent.width
+            }
+
+            FormRow {
+                width: parent.width
+                label: "Language"
+                hint: "Default is auto-detect. Pick a code to force transcription language."
+
+                ComboBox {
+                    objectName: "languagePicker"
+                    model: page.view.language.labels
+                    currentIndex: page.view.language.index
+                    Accessible.name: "Language"
+                    onActivated: index => page.view.language.index = index
+                }
+            }
+        }
+    }
+
+    Item {
+        width: 1
+        height: 16
+    }
+
+    PushButton {
+        id: startButton
+
+        objectName: "startButton"
+        role: PushButton.Prominent
+        text: page.view.startLabel
+        enabled: page.view.canStart
+        onClicked: page.view.transcribe()
+    }
+
+    BodyText {
+        objectName: "statusText"
+        visible: page.run.isStatusShown
+        width: parent.width
+        topPadding: 12
+        text: page.run.status
+        color: Theme.text2
+        wrapMode: Text.Wrap
+    }
+
+    ErrorRow {
+        visible: page.run.hasError
+        width: parent.width
+        topPadding: page.run.isStatusShown ? 8 : 12
+        offersCopy: false
+        message: page.run.errorText
+    }
+
+    Item {
+        visible: page.run.isTranscribing
+        width: 1
+        height: 12
+    }
+
+    ProgressRow {
+        id: progressRow
+
+        visible: page.run.isTranscribing
+        width: parent.width
+        run: page.run
+        onFocusLeft: startButton.forceActiveFocus(Qt.OtherFocusReason)
+    }
+
+    Item {
+        visible: page.view.pane.isShown
+        width: 1
+        height: 12
+    }
+
+    TranscriptPane {
+        width: parent.width
+        height: Math.max(leastHeight, page.heightLeft(y))
+        pane: page.view.pane
+        exportMenu: page.view.exportMenu
+        onFocusLeft: {
+            if (startButton.enabled)
+                startButton.forceActiveFocus(Qt.OtherFocusReason);
+            else
+                progressRow.takeFocus();
+        }
+    }
+}
