@@ -97,15 +97,15 @@ int main(int argumentCount, char **arguments)
     recorder->stopRecording();
     const QString raw = recorder->systemURL().value_or(QString());
     const auto stopped = std::chrono::steady_clock::now();
-    QTest::qWaitFor([&] { return !recorder->systemURL(); }, 60000);
+    const bool isFinished = QTest::qWaitFor([&] { return !recorder->systemURL(); }, 60000);
     const double finishing = std::chrono::duration<double>(std::chrono::steady_clock::now() - stopped).count();
     const auto spans = soundSpans(heard.samples());
     const QString output = recorder->outputURL().value_or(QString());
     std::printf("%.1f minutes: %.2f %% of a core, the listening of this program included; memory grew by %.1f MB\n",
-                length / 60, share * 100,
-                growth - static_cast<double>(heard.samples().size() * sizeof(double)) / 1e6);
+                length / 60, share * 100, growth - static_cast<double>(heard.samples().size() * sizeof(double)) / 1e6);
     std::printf("length %+.3f s from the clock; finished in %.1f s; %s\n", mediaDuration(output) - length, finishing,
-                qPrintable(recorder->errorMessage().value_or(QStringLiteral("no error"))));
+                qPrintable(recorder->errorMessage().value_or(isFinished ? QStringLiteral("no error")
+                                                                        : QStringLiteral("unfinished"))));
     if (spans.size() >= 2) {
         const double distance = beginOfTone(raw, length - 5, 5) - beginOfTone(raw, 0, 15);
         std::printf("the last tone stands %+.1f ms from where it should\n",
