@@ -29,7 +29,7 @@ SystemSound::Answer answerTo(const Error &failure)
 
 class CapturedSystemSound : public SystemSound {
 public:
-    CapturedSystemSound(const AudioFormat &format, std::function<void(Answer)> answer)
+    CapturedSystemSound(const AudioFormat &format, const std::function<void(Answer)> &answer)
         : m_format(format)
     {
         m_capture.emplace(
@@ -66,7 +66,7 @@ private:
 
 std::unique_ptr<SystemSound> openSystemSound(const AudioFormat &format, std::function<void(SystemSound::Answer)> answer)
 {
-    return std::make_unique<CapturedSystemSound>(format, std::move(answer));
+    return std::make_unique<CapturedSystemSound>(format, answer);
 }
 
 } // namespace sorvanta
