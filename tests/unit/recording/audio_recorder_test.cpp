@@ -3,6 +3,9 @@
 #include <QFileInfo>
 
 #include <cmath>
+#include <csignal>
+
+#include <sys/resource.h>
 
 using namespace sorvanta;
 
@@ -237,6 +240,25 @@ TEST_F(AudioRecorderSound, doesNotWaitForAServerThatHangs)
     server.suspend(false);
     EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, seconds, 0.03)
         << "what did not come is silent";
+}
+
+TEST_F(AudioRecorderSound, tellsOnceThatTheFileCannotGrowAndKeepsWhatItHas)
+{
+    const auto recorder = makeRecorder(u"a.wav"_qs);
+    struct rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit small = {32000, before.rlim_max}; // a second
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    recorder->record();
+    waitFor([this] { return failure.has_value(); });
+    EXPECT_FALSE(recorder->isRecording());
+    recorder->stop();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(failure->domain(), u"NSCocoaErrorDomain"_qs);
+    EXPECT_TRUE(failure->localizedDescription().contains(u"a.wav"_qs)) << failure->localizedDescription().toStdString();
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, 1, 0.03);
 }
 
 TEST_F(AudioRecorderSound, cannotBeMadeWhereAFileLies)

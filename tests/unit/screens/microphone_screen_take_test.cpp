@@ -1,6 +1,7 @@
 #include "microphone_screen_test.h"
 
 #include <QRegularExpression>
+#include <QSignalSpy>
 
 using namespace sorvanta;
 using testing::ElementsAre;
@@ -128,11 +129,10 @@ TEST_F(MicrophoneScreenTake, showsTheTimeWhileItRecords)
 TEST_F(MicrophoneScreenTake, ticksEvery150Milliseconds)
 {
     begin();
-    int ticks = 0;
-    QObject::connect(screen.get(), &RecordAudioView::recordingStatusTextChanged, screen.get(), [&ticks] { ++ticks; });
+    const QSignalSpy ticks(screen.get(), &RecordAudioView::recordingStatusTextChanged);
     QTest::qWait(1600);
-    EXPECT_GE(ticks, 8);
-    EXPECT_LE(ticks, 11);
+    EXPECT_GE(ticks.count(), 8);
+    EXPECT_LE(ticks.count(), 11);
 }
 
 TEST_F(MicrophoneScreenTake, pausesAndGoesOnInTheSameFile)
