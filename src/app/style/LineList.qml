@@ -16,11 +16,6 @@ ListView {
         centring.centre(row);
     }
 
-    function selectAll() {
-        isAllSelected = true;
-        forceActiveFocus(Qt.TabFocusReason);
-    }
-
     // Gives the focus to a line, before its text or behind it.
     function enterLine(row, isAtEnd) {
         if (row < 0 || row >= count)
@@ -52,7 +47,7 @@ ListView {
     Keys.forwardTo: [scrollKeys]
     Keys.onPressed: event => {
         if (event.matches(StandardKey.SelectAll))
-            selectAll();
+            isAllSelected = true;
         else if (event.matches(StandardKey.Copy) && isAllSelected)
             copyAllWanted();
         else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)

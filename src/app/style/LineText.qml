@@ -16,6 +16,12 @@ TextEdit {
         isCaretShown = true;
     }
 
+    // The list is a scope: it has the keys itself only while no line of it wants the focus.
+    function leave() {
+        focus = false;
+        lines.forceActiveFocus(Qt.TabFocusReason);
+    }
+
     function mark() {
         if (isAllSelected)
             selectAll();
@@ -51,19 +57,21 @@ TextEdit {
     }
 
     Keys.priority: Keys.BeforeItem
-    Keys.onTabPressed: lines.forceActiveFocus(Qt.TabFocusReason)
-    Keys.onBacktabPressed: lines.forceActiveFocus(Qt.TabFocusReason)
+    Keys.onTabPressed: leave()
+    Keys.onBacktabPressed: leave()
     Keys.onPressed: event => {
         const isPlain = !(event.modifiers & ~Qt.KeypadModifier);
         isCaretShown = true;
-        if (event.matches(StandardKey.SelectAll))
-            lines.selectAll();
-        else if (isPlain && event.key === Qt.Key_Up && cursorRectangle.y <= positionToRectangle(0).y)
+        if (event.matches(StandardKey.SelectAll)) {
+            leave();
+            lines.isAllSelected = true;
+        } else if (isPlain && event.key === Qt.Key_Up && cursorRectangle.y <= positionToRectangle(0).y) {
             lines.enterLine(row - 1, true);
-        else if (isPlain && event.key === Qt.Key_Down && cursorRectangle.y >= positionToRectangle(length).y)
+        } else if (isPlain && event.key === Qt.Key_Down && cursorRectangle.y >= positionToRectangle(length).y) {
             lines.enterLine(row + 1, false);
-        else
+        } else {
             return;
+        }
         event.accepted = true;
     }
 }
