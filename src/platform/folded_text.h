@@ -20,8 +20,8 @@ enum class TextSearchOptions {
 /// A text in the form in which it is compared.
 ///
 /// It is made group by group: a code point with the combining marks and emoji modifiers behind it. Nothing shorter than
-/// a group is ever equal to anything, so "e" is not in "é" where marks count. Groups are folded when they are asked for,
-/// from the beginning of the text or from where beginAt() says.
+/// a group is ever equal to anything, so "e" is not in "é" where marks count. Groups are folded when they are asked
+/// for, from the beginning of the text or from where beginAt() says.
 class FoldedText {
 public:
     enum class Role {

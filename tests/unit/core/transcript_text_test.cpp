@@ -220,8 +220,8 @@ TEST(ParseTimedSegments, findsWhatThePatternFindsInAlmostTimedLines)
 TEST(TimecodeSeconds, isTheSameInPlainDigitsAsPieceByPiece)
 {
     for (int milliseconds = 0; milliseconds < 60000; milliseconds += 7) {
-        const QString seconds = u"%1.%2"_qs.arg(milliseconds / 1000, 2, 10, QChar(u'0'))
-                                    .arg(milliseconds % 1000, 3, 10, QChar(u'0'));
+        const QString seconds =
+            u"%1.%2"_qs.arg(milliseconds / 1000, 2, 10, QChar(u'0')).arg(milliseconds % 1000, 3, 10, QChar(u'0'));
         EXPECT_EQ(timecodeSeconds(u"01:59:"_qs + seconds), secondsOfTimecode(u"01", u"59", seconds));
     }
 }
