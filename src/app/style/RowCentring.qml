@@ -11,6 +11,7 @@ NumberAnimation {
         stop();
         const start = list.contentY;
         list.positionViewAtIndex(row, ListView.Center);
+        list.positionViewAtIndex(row, ListView.Center); // rows made just now may be higher than was thought
         const end = list.contentY;
         const distance = Math.max(-list.height, Math.min(start - end, list.height));
         if (Theme.scrollTime === 0 || distance === 0)
