@@ -7,6 +7,7 @@
 #include <unicode/utext.h>
 
 #include <limits>
+#include <utility>
 
 namespace sorvanta {
 

@@ -186,6 +186,7 @@ TEST_F(GrowingViewer, showsWhatThePureFunctionsGiveOverAllChunkings)
         RandomOutput random(seed);
         clear();
         viewer.closeTranscriptWindow();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         viewer.openTranscriptWindow();
         TranscriptRows &rows = *viewer.transcriptWindow()->rows();
         viewer.transcriptWindow()->setSearchText(u"e"_qs);
