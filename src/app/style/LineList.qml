@@ -2,7 +2,7 @@ import QtQuick
 
 // Lines of text, one row each, made for what is in sight only. The keys scroll; Ctrl+A and Ctrl+C take all lines; Return
 // goes into the first line in sight, whose text is then selected with Shift and the arrow keys. A delegate holds a
-// LineText and has a function takeFocus(isAtEnd) that calls the one of it.
+// LineText.
 ListView {
     id: list
 
@@ -11,19 +11,18 @@ ListView {
 
     // All lines are to go to the pasteboard.
     signal copyAllWanted
+    // A line gets the focus, before its text or behind it.
+    signal lineEntered(row: int, isAtEnd: bool)
 
     function centre(row) {
         centring.centre(row);
     }
 
-    // Gives the focus to a line, before its text or behind it.
     function enterLine(row, isAtEnd) {
         if (row < 0 || row >= count)
             return;
         positionViewAtIndex(row, ListView.Contain);
-        const line = itemAtIndex(row);
-        if (line)
-            line.takeFocus(isAtEnd);
+        lineEntered(row, isAtEnd);
     }
 
     function enterFirstInSight() {
@@ -32,7 +31,7 @@ ListView {
             if (!line)
                 return;
             if (line.y >= contentY) {
-                line.takeFocus(false);
+                lineEntered(row, false);
                 return;
             }
         }

@@ -50,10 +50,30 @@ TextEdit {
     }
 
     // A caret in a text that cannot be edited helps only who moves it by keys.
-    cursorDelegate: Rectangle {
-        visible: words.isCaretShown
-        width: 1
-        color: Theme.text
+    cursorDelegate: isCaretShown ? caret : noCaret
+
+    Component {
+        id: caret
+
+        Rectangle {
+            width: 1
+            color: Theme.text
+        }
+    }
+
+    Component {
+        id: noCaret
+
+        Item {}
+    }
+
+    Connections {
+        target: words.lines
+
+        function onLineEntered(row, isAtEnd) {
+            if (row === words.row)
+                words.takeFocus(isAtEnd);
+        }
     }
 
     Keys.priority: Keys.BeforeItem

@@ -20,10 +20,6 @@ Rectangle {
         "serif": Theme.serifFamily
     })
 
-    function takeFocus(isAtEnd) {
-        words.takeFocus(isAtEnd);
-    }
-
     objectName: "line-" + index
     height: column.height + 12
     radius: 8

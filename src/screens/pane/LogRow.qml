@@ -9,10 +9,6 @@ Item {
     required property int index
     required property string text
 
-    function takeFocus(isAtEnd) {
-        words.takeFocus(isAtEnd);
-    }
-
     height: words.height
 
     LineText {

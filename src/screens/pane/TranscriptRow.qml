@@ -12,10 +12,6 @@ Item {
     required property int index
     required property string text
 
-    function takeFocus(isAtEnd) {
-        words.takeFocus(isAtEnd);
-    }
-
     objectName: "line-" + index
     height: words.height
 
