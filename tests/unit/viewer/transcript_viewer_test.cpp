@@ -184,9 +184,9 @@ TEST_F(GrowingViewer, showsWhatThePureFunctionsGiveOverAllChunkings)
 {
     for (unsigned seed = 0; seed < 300; ++seed) {
         RandomOutput random(seed);
-        clear();
         viewer.closeTranscriptWindow();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the rows that are followed
+        clear();
         viewer.openTranscriptWindow();
         TranscriptRows &rows = *viewer.transcriptWindow()->rows();
         viewer.transcriptWindow()->setSearchText(u"e"_qs);
