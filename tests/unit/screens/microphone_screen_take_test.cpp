@@ -272,6 +272,15 @@ TEST_F(MicrophoneScreenTake, saysWhileNoSoundComes)
     EXPECT_EQ(error(), u"none"_qs);
 }
 
+TEST_F(MicrophoneScreenTake, stillSaysThatSoundIsMissingWhenItWasStopped)
+{
+    begin();
+    microphone.events.interrupted(Error(u"SoundCapture"_qs, 5, u"Gone."_qs));
+    screen->toggleRecording();
+    EXPECT_EQ(error(), u"Gone."_qs);
+    EXPECT_TRUE(screen->canUseTake());
+}
+
 TEST_F(MicrophoneScreenTake, leavesAnotherErrorWhenSoundComesBack)
 {
     begin();
