@@ -114,6 +114,7 @@ void TranscriptionRun::endPreparation()
 void TranscriptionRun::forgetOutput()
 {
     m_isTranscriptCleared = false;
+    ++m_outputIdentity;
     m_output.clear();
     m_scanner = {};
     m_segmentWatch = {};

@@ -102,6 +102,15 @@ class AccessibilityTest(WindowTest):
         window.expect("Afrikaans (af)")
         self.assertEqual(self.offenders(window), [])
 
+    def test_the_microphone_section(self):
+        window = self.start_on_file_screen()
+        window.press_row("Record Audio to Transcript")
+        window.expect("Not recording")
+        self.check(window, SECTIONS + [
+            (Role.PUSH_BUTTON, "Record"), (Role.PROGRESS_BAR, "Level"), (Role.PUSH_BUTTON, "Play Recording"),
+            (Role.PUSH_BUTTON, "Save Audio"), *FORM[1:], *TRANSCRIBE])
+        self.assertEqual(window.names([Role.HEADING])[1:], ["Record From Microphone", "Microphone"])
+
     def test_the_models_section(self):
         self.provide_model(name="ggml-large-v3-turbo.bin")
         self.accept_policies()

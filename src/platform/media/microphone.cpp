@@ -33,8 +33,11 @@ void Microphone::answer(bool isGranted)
 {
     if (!isGranted)
         m_capture.reset();
+    const std::weak_ptr<int> life = m_life;
     if (const auto answer = std::exchange(m_answer, {}))
         answer(isGranted);
+    if (!life.expired() && !m_answer)
+        m_capture.reset();
 }
 
 std::unique_ptr<AudioRecorder> Microphone::makeRecorder(const QString &path, AudioRecorder::Events events)

@@ -26,7 +26,8 @@ public:
     ///        request was made: whether this application may record, and there is a microphone
     void requestAccess(std::function<void(bool)> answer);
 
-    /// A recorder into a new file at `path`, once for each request that was answered with yes.
+    /// A recorder into a new file at `path`, to be made within the answer of yes: a microphone that nobody wants to
+    /// record is let go.
     /// @throws Error if there is no sound server, or the file cannot be made
     std::unique_ptr<AudioRecorder> makeRecorder(const QString &path, AudioRecorder::Events events);
 
@@ -39,6 +40,7 @@ private:
     std::function<void(bool)> m_answer;
     std::unique_ptr<SoundCapture> m_capture; ///< opened, or being opened, for the next recorder
     std::optional<Error> m_failure;
+    std::shared_ptr<int> m_life = std::make_shared<int>();
 };
 
 } // namespace sorvanta

@@ -1,13 +1,16 @@
 #include "platform/media/sound_clock.h"
 
+#include <algorithm>
+
 namespace sorvanta {
 
 namespace {
 
 using namespace std::chrono_literals;
 
-/// Of what a measured time deviates, this part is believed.
-constexpr int trackingDivisor = 64;
+/// The mean of so many buffers counts: long enough to smooth what wavers with the blocks of the server, short enough to
+/// follow a sound card's clock.
+constexpr int trackedBuffers = 1000;
 
 /// Deviations longer than this for so long are no wavering: sound was lost without anybody telling.
 constexpr auto largestDeviation = 60ms;
@@ -29,11 +32,14 @@ SoundClock::Place SoundClock::place(SoundTime measured, qint64 frames)
     if (!m_isRunning || m_deviating > longestDeviating) {
         m_isRunning = true;
         m_deviating = {};
+        m_tracked = 1;
         m_next = measured + length;
         return {measured, false};
     }
-    if (!isFarOff)
-        m_next += deviation / trackingDivisor;
+    if (!isFarOff) {
+        m_tracked = std::min(m_tracked + 1, trackedBuffers);
+        m_next += deviation / m_tracked;
+    }
     const SoundTime time = m_next;
     m_next += length;
     return {time, true};

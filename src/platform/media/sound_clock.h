@@ -24,6 +24,7 @@ public:
 private:
     int m_sampleRate;
     bool m_isRunning = false;
+    int m_tracked = 0; ///< how many buffers the mean is taken over
     SoundTime m_next; ///< where the next buffer stands if it continues
     SoundTime::duration m_deviating{}; ///< how long the measured times have been far off
 };

@@ -332,7 +332,7 @@ void RecordAudioView::stopTake(bool discards)
     m_isRecording = false;
     m_isPaused = false;
     m_recordingAccumulated = 0;
-    handleResumption();
+    m_interruption = std::nullopt;
     setInputLevel(0);
     if (discards) {
         selectFile(std::nullopt);

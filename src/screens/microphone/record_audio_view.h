@@ -61,7 +61,7 @@ public:
     struct Input {
         /// Asks whether the microphone may be recorded; as Microphone::requestAccess().
         std::function<void(std::function<void(bool)>)> requestAccess;
-        /// A recorder into a new file; as Microphone::makeRecorder(). @throws Error
+        /// A recorder into a new file, made within the answer; as Microphone::makeRecorder(). @throws Error
         std::function<std::unique_ptr<AudioRecorder>(const QString &, AudioRecorder::Events)> makeRecorder;
     };
     /// Makes the input of a screen. Each of the two events may come while a recorder lives.

@@ -2,6 +2,7 @@
 
 #include "platform/error.h"
 #include "platform/media/audio_writer.h"
+#include "platform/media/wav_file.h"
 #include "support/media_files.h"
 #include "support/printing.h"
 
@@ -125,6 +126,27 @@ TEST_F(FullDisk, aWriterWhoseLastBytesFindNoRoomFails)
     EXPECT_TRUE(writer.append(block)) << "it is kept back until there is more";
     EXPECT_FALSE(writer.finish());
     EXPECT_EQ(writer.status(), AudioWriter::Status::Failed);
+}
+
+TEST_F(FullDisk, aRecordingStaysWholeToItsLastWrite)
+{
+    const QString path = small() + u"/a.wav"_qs;
+    WavFile file(path, {16000, 1, AudioFormat::SampleType::Int16});
+    const std::vector<std::byte> block(30 * 1000);
+    try {
+        for (int i = 0; i < 100; ++i)
+            file.append(block);
+        FAIL() << "there was room";
+    } catch (const Error &failure) {
+        EXPECT_EQ(failure.code(), 640);
+        EXPECT_TRUE(
+            failure.localizedDescription().startsWith(u"You can’t save the file “a.wav” because the volume “"_qs))
+            << failure.localizedDescription().toStdString();
+    }
+    EXPECT_GT(file.frameCount(), 100'000);
+    file.append(block);
+    file.close();
+    EXPECT_EQ(samplesOf(path).size(), static_cast<std::size_t>(file.frameCount()));
 }
 
 TEST_F(FullDisk, aFileThatCannotEvenBeBegunIsRefused)

@@ -259,9 +259,9 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(SizesAndSchemes, MicrophonePageLayout,
-                         testing::Combine(testing::Values(chief, small), testing::Bool()), [](const auto &form) {
-                             const auto [size, isDark] = form.param;
-                             return std::to_string(size.width) + (isDark ? "dark" : "light");
+                         testing::Combine(testing::Values(chief, small), testing::Bool()), [](const auto &suite) {
+                             return std::to_string(std::get<Size>(suite.param).width)
+                                    + (std::get<bool>(suite.param) ? "dark" : "light");
                          });
 
 TEST_P(MicrophonePageLayout, withoutATakeAndAModel)

@@ -3,6 +3,9 @@
 #include <QFileInfo>
 
 #include <cmath>
+#include <csignal>
+
+#include <sys/resource.h>
 
 using namespace sorvanta;
 
@@ -18,13 +21,23 @@ protected:
         microphone.emplace(format, u"test"_qs,
                            Microphone::Events{.interrupted = [this](const Error &error) { interruption = error; },
                                               .resumed = [this] { isResumed = true; }});
-        std::optional<bool> isGranted;
-        microphone->requestAccess([&isGranted](bool granted) { isGranted = granted; });
-        waitFor([&isGranted] { return isGranted.has_value(); });
-        if (!isGranted.value_or(false))
-            throw std::runtime_error("no access");
-        auto recorder =
-            microphone->makeRecorder(folder.path(name), {.failed = [this](const Error &error) { failure = error; }});
+        std::unique_ptr<AudioRecorder> recorder;
+        std::exception_ptr refusal = std::make_exception_ptr(std::runtime_error("no answer"));
+        bool isAnswered = false;
+        microphone->requestAccess([&](bool isGranted) {
+            isAnswered = true;
+            try {
+                if (!isGranted)
+                    throw std::runtime_error("no access");
+                recorder = microphone->makeRecorder(folder.path(name),
+                                                    {.failed = [this](const Error &error) { failure = error; }});
+            } catch (...) {
+                refusal = std::current_exception();
+            }
+        });
+        waitFor([&isAnswered] { return isAnswered; });
+        if (!recorder)
+            std::rethrow_exception(refusal);
         recorder->setMeteringEnabled(true);
         return recorder;
     }
@@ -237,6 +250,35 @@ TEST_F(AudioRecorderSound, doesNotWaitForAServerThatHangs)
     server.suspend(false);
     EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, seconds, 0.03)
         << "what did not come is silent";
+}
+
+TEST_F(AudioRecorderSound, tellsOnceThatTheFileCannotGrowAndKeepsWhatItHas)
+{
+    const auto recorder = makeRecorder(u"a.wav"_qs);
+    struct rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit small = {32000, before.rlim_max}; // a second
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    recorder->record();
+    waitFor([this] { return failure.has_value(); });
+    EXPECT_FALSE(recorder->isRecording());
+    recorder->stop();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(failure->domain(), u"NSCocoaErrorDomain"_qs);
+    EXPECT_TRUE(failure->localizedDescription().contains(u"a.wav"_qs)) << failure->localizedDescription().toStdString();
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, 1, 0.03);
+}
+
+TEST_F(AudioRecorderSound, leavesTheMicrophoneAloneIfItIsNotMade)
+{
+    Microphone asked(voice, u"test"_qs, {});
+    bool isAnswered = false;
+    asked.requestAccess([&isAnswered](bool isGranted) { isAnswered = isGranted; });
+    waitFor([&isAnswered] { return isAnswered; });
+    QTest::qWait(200);
+    EXPECT_EQ(outputOf(u"pactl"_qs, {u"list"_qs, u"short"_qs, u"source-outputs"_qs}), QByteArray());
 }
 
 TEST_F(AudioRecorderSound, cannotBeMadeWhereAFileLies)

@@ -132,7 +132,7 @@ TEST_F(SoundCaptureTest, hearsNothingOfTheOtherSource)
 TEST_F(SoundCaptureTest, tellsWhenSoundWasHeardWithoutABreak)
 {
     Listener listener(SoundSource::Microphone, voice);
-    open(listener);
+    waitFor([&listener] { return listener.end() != SoundTime(); });
     QTest::qWait(200);
     const std::size_t breaks = listener.breaks();
     const SoundTime begin = listener.end();

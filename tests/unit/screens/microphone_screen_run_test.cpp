@@ -129,8 +129,10 @@ TEST_F(MicrophoneScreenRun, givesTheTakeToTheEngineAsItStands)
     EXPECT_FALSE(screen->canStart());
     EXPECT_FALSE(screen->canRecord());
     QStringList statuses;
-    QObject::connect(&run(), &TranscriptionRun::statusChanged, screen.get(), [&] { statuses << run().status(); });
+    const auto connection =
+        QObject::connect(&run(), &TranscriptionRun::statusChanged, screen.get(), [&] { statuses << run().status(); });
     waitForStatus(u"Done"_qs);
+    QObject::disconnect(connection);
     EXPECT_EQ(statuses, QStringList{u"Done"_qs}) << "the preparation says nothing";
     EXPECT_TRUE(run().rawOutput().contains(take));
     EXPECT_TRUE(run().rawOutput().contains(u"fr"_qs));

@@ -1,6 +1,7 @@
 #include "microphone_screen_test.h"
 
 #include <QRegularExpression>
+#include <QSignalSpy>
 
 using namespace sorvanta;
 using testing::ElementsAre;
@@ -128,11 +129,10 @@ TEST_F(MicrophoneScreenTake, showsTheTimeWhileItRecords)
 TEST_F(MicrophoneScreenTake, ticksEvery150Milliseconds)
 {
     begin();
-    int ticks = 0;
-    QObject::connect(screen.get(), &RecordAudioView::recordingStatusTextChanged, screen.get(), [&ticks] { ++ticks; });
+    const QSignalSpy ticks(screen.get(), &RecordAudioView::recordingStatusTextChanged);
     QTest::qWait(1600);
-    EXPECT_GE(ticks, 8);
-    EXPECT_LE(ticks, 11);
+    EXPECT_GE(ticks.count(), 8);
+    EXPECT_LE(ticks.count(), 11);
 }
 
 TEST_F(MicrophoneScreenTake, pausesAndGoesOnInTheSameFile)
@@ -270,6 +270,15 @@ TEST_F(MicrophoneScreenTake, saysWhileNoSoundComes)
     EXPECT_TRUE(screen->isRecording());
     microphone.events.resumed();
     EXPECT_EQ(error(), u"none"_qs);
+}
+
+TEST_F(MicrophoneScreenTake, stillSaysThatSoundIsMissingWhenItWasStopped)
+{
+    begin();
+    microphone.events.interrupted(Error(u"SoundCapture"_qs, 5, u"Gone."_qs));
+    screen->toggleRecording();
+    EXPECT_EQ(error(), u"Gone."_qs);
+    EXPECT_TRUE(screen->canUseTake());
 }
 
 TEST_F(MicrophoneScreenTake, leavesAnotherErrorWhenSoundComesBack)
