@@ -111,6 +111,7 @@ void compare(const QDir &folder, const QString &search)
     std::printf("%.2f of the time of the ffmpeg program with -aac_coder %s (%.2f to %.2f); %.1f s, at most %.0f MB\n",
                 ratios[repetitions / 2], qPrintable(search), ratios.front(), ratios.back(), seconds[repetitions / 2],
                 megabytes);
+    std::fflush(stdout);
 }
 
 /// What a child process does: one mix, without the limit of the application, and nothing is left of it.
