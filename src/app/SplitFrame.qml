@@ -50,6 +50,11 @@ Item {
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 3
+
+            BatchProcessingPage {
+                anchors.fill: parent
+                view: frame.content.detail.batchScreen
+            }
         }
 
         Section {

@@ -15,6 +15,12 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
           .panels = panels,
           .resourceFolder = resourceFolder,
       })
+    , m_batchScreen({
+          .models = ModelsSettingsViewModel::shared(),
+          .history = TranscriptionHistoryStore::shared(),
+          .panels = panels,
+          .resourceFolder = resourceFolder,
+      })
     , m_modelsScreen({
           .viewModel = ModelsSettingsViewModel::shared(),
           .recommendedModelID = QStringLiteral("large-v3-turbo"),
@@ -23,6 +29,7 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
 {
     // A hidden screen is on show as far as it knows, so each takes its first step now.
     m_fileScreen.appear();
+    m_batchScreen.appear();
     m_modelsScreen.appear();
 }
 

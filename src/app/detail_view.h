@@ -1,5 +1,6 @@
 #pragma once
 
+#include "screens/batch/batch_processing_view.h"
 #include "screens/file/transcript_from_file_view.h"
 #include "screens/models/models_settings_view.h"
 
@@ -17,6 +18,7 @@ class DetailView : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
+    Q_PROPERTY(sorvanta::BatchProcessingView *batchScreen READ batchScreen CONSTANT)
     Q_PROPERTY(sorvanta::ModelsSettingsView *modelsScreen READ modelsScreen CONSTANT)
 
 public:
@@ -25,10 +27,12 @@ public:
     DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent = nullptr);
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
+    BatchProcessingView *batchScreen() { return &m_batchScreen; }
     ModelsSettingsView *modelsScreen() { return &m_modelsScreen; }
 
 private:
     TranscriptFromFileView m_fileScreen;
+    BatchProcessingView m_batchScreen;
     ModelsSettingsView m_modelsScreen;
 };
 

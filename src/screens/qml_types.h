@@ -2,6 +2,7 @@
 
 #include "core/language_choice.h"
 #include "core/log_lines_model.h"
+#include "core/run_state.h"
 #include "core/transcript_lines_model.h"
 #include "core/transcript_search_state.h"
 #include "core/transcription_run.h"
@@ -13,6 +14,13 @@
 // The types of lower floors that pages of screens read, made known to QML here: those floors know no QML.
 
 namespace sorvanta {
+
+struct RunStateForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::RunState)
+    QML_NAMED_ELEMENT(RunState)
+    QML_UNCREATABLE("held by a screen")
+};
 
 struct TranscriptionRunForQml {
     Q_GADGET
