@@ -20,7 +20,7 @@ Item {
     ErrorText {
         id: words
 
-        objectName: "errorView"
+        viewName: "errorView"
         textName: "errorText"
         y: row.topPadding + row.textInset
         mostWidth: row.width - (row.isCopyOffered ? copyButton.width + 8 : 0)

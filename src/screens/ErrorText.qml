@@ -3,10 +3,11 @@ import QtQuick.Controls
 import Sorvanta.Style
 
 // The words of a failure. A long text scrolls within nine lines.
-Flickable {
-    id: view
+Item {
+    id: block
 
     property alias text: words.text
+    property alias viewName: view.objectName
     property alias textName: words.objectName
     property alias fontSize: words.font.pixelSize
     property alias lineSize: words.lineSize
@@ -15,26 +16,33 @@ Flickable {
     readonly property int scrollLane: 12
     readonly property int mostLines: 9
 
-    width: interactive ? words.width + scrollLane : Math.min(words.implicitWidth, words.width)
-    height: Math.min(words.height, mostLines * words.lineSize)
-    contentHeight: words.height
-    clip: interactive
-    interactive: contentHeight > height
-    boundsBehavior: Flickable.StopAtBounds
-    activeFocusOnTab: interactive || activeFocus
-    Keys.forwardTo: [scrollKeys]
-    Accessible.role: Accessible.Pane
-    Accessible.name: "Error"
+    width: view.width
+    height: view.height
 
-    ScrollBar.vertical: ScrollBar {}
+    Flickable {
+        id: view
 
-    BodyText {
-        id: words
+        width: interactive ? words.width + block.scrollLane : Math.min(words.implicitWidth, words.width)
+        height: Math.min(words.height, block.mostLines * words.lineSize)
+        contentHeight: words.height
+        clip: interactive
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
+        activeFocusOnTab: interactive || activeFocus
+        Keys.forwardTo: [scrollKeys]
+        Accessible.role: Accessible.Pane
+        Accessible.name: "Error"
 
-        width: view.mostWidth - view.scrollLane
-        color: Theme.danger
-        wrapMode: Text.Wrap
-        Accessible.role: Accessible.AlertMessage
+        ScrollBar.vertical: ScrollBar {}
+
+        BodyText {
+            id: words
+
+            width: block.mostWidth - block.scrollLane
+            color: Theme.danger
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.AlertMessage
+        }
     }
 
     ScrollKeys {
@@ -45,7 +53,7 @@ Flickable {
     }
 
     FocusRing {
-        parent: view
         visible: view.activeFocus
+        anchors.fill: view
     }
 }

@@ -161,7 +161,7 @@ ScrollingPage {
     Item {
         visible: page.view.areResultsShown
         width: 1
-        height: 12
+        height: 18
     }
 
     BatchResults {

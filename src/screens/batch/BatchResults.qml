@@ -182,7 +182,7 @@ Column {
         id: selectedError
 
         visible: text !== ""
-        objectName: "selectedErrorView"
+        viewName: "selectedErrorView"
         textName: "selectedError"
         x: 4
         mostWidth: parent.width - 4

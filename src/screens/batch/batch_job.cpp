@@ -38,7 +38,7 @@ void BatchJob::run()
 bool BatchJob::runFile(qsizetype index, const QString &audioPath)
 {
     const auto process = std::make_shared<ChildProcess>();
-    m_process = process;
+    m_process.store(process);
     // Whoever abandons the job sets the flag first and looks for the process then.
     if (m_isAbandoned)
         process->terminate();
@@ -53,7 +53,7 @@ bool BatchJob::runFile(qsizetype index, const QString &audioPath)
             fileFailed(index, failure);
         });
     }
-    m_process = nullptr;
+    m_process.store({});
     return hasSucceeded;
 }
 

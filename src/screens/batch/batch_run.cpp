@@ -187,7 +187,7 @@ std::shared_ptr<BatchJob> BatchRun::newJob(const QString &modelPath)
     const auto told = [self = QPointer(this)](auto operation) {
         return [self, operation](auto... arguments) {
             if (self)
-                (self->*operation)(arguments...);
+                (self.data()->*operation)(arguments...);
         };
     };
     const PreparationReport preparation{

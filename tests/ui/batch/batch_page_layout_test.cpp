@@ -141,9 +141,9 @@ TEST_F(BatchPagePlaces, areThoseOfTheDrawing)
     screen.results()->selectRow(1);
     QTest::qWait(50);
     EXPECT_EQ(place("statusText").top(), 487);
-    EXPECT_EQ(place("exportAllMenu").top(), 529);
+    EXPECT_EQ(place("exportAllMenu").top(), 535);
     EXPECT_EQ(place("clearAllButton").right(), 878);
-    EXPECT_EQ(place("result-0").topLeft(), QPointF(67, 574));
+    EXPECT_EQ(place("result-0").topLeft(), QPointF(67, 580));
     EXPECT_EQ(place("result-0").height(), 36);
     EXPECT_EQ(place("result-1").top() - place("result-0").top(), 38);
     EXPECT_EQ(place("result-0").width(), 806);
