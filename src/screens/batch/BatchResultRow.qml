@@ -19,6 +19,7 @@ ItemDelegate {
     focusPolicy: Qt.NoFocus
     text: name
     Accessible.name: name + ", " + statusWord
+    Accessible.focusable: true
 
     contentItem: Item {
         LabelText {
