@@ -48,7 +48,7 @@ DropArea {
                 width: parent.width
                 lineSize: 20
                 text: area.view.files.countText
-                font.weight: area.view.files.isEmpty ? Font.Normal : Font.DemiBold
+                font.weight: area.view.files.isEmpty ? Font.Normal : Font.Medium
                 color: area.view.files.isEmpty ? Theme.text2 : Theme.text
                 elide: Text.ElideRight
             }

@@ -1,4 +1,5 @@
 #include "batch_page_test.h"
+#include "support/silent_media.h"
 #include "ui/screens/shown_texts.h"
 
 namespace sorvanta {
@@ -89,7 +90,7 @@ TEST_P(BatchPageLayout, withVeryLongNames)
 TEST_P(BatchPageLayout, duringABatchWithLongNames)
 {
     show();
-    start(longNames(), twoOfFive + "sleep 60000\n");
+    start(longNames(), twoOfFive + "only\nsleep 60000\n");
     waitFor([this] { return run().progress() == 0.42 / 7; });
     expectThatNothingOverlapsAllTheWayDown("04-batch-running-long");
     EXPECT_GE(item("progressBar")->width(), 60);
@@ -98,12 +99,21 @@ TEST_P(BatchPageLayout, duringABatchWithLongNames)
 
 TEST_P(BatchPageLayout, duringAConversion)
 {
+    const QString film = bench.file(QString("A very long name of a film ").repeated(8) + ".mp4");
+    writeWav(film, 3600.0);
     show();
-    useModel({});
-    choose(longNames());
-    screen.start();
-    run().setStatus("Converting " + QString("A very long name of a recording ").repeated(7) + " to wav audio…");
-    expectThatNothingOverlapsAllTheWayDown("04-batch-converting");
+    start({film}, {});
+    waitFor([this] { return run().status().startsWith("Converting A very long name"); });
+    ASSERT_FALSE(run().hasProgress());
+    expectThatNothingOverlaps();
+    savePicture(named("04-batch-converting"));
+    scrollTo(scrollEnd());
+    expectThatNothingOverlaps();
+    savePicture(named("04-batch-converting-end"));
+    EXPECT_TRUE(isShown("waitingText"));
+    EXPECT_TRUE(item("waitingText")->property("truncated").toBool());
+    EXPECT_FALSE(run().hasProgress()) << "all of this was seen during the conversion";
+    run().stopRun();
 }
 
 TEST_P(BatchPageLayout, withAVeryLongError)

@@ -30,14 +30,14 @@ class BatchExportsTest : public BatchScreenTest {
 protected:
     const ExportMenu *exportAllSubmenu() { return entryOf(screen->exportMenu(), u"Export All"_qs)->submenu(); }
 
-    void exportAll(const ExportMenu *menu, const QString &label, const QString &folder)
+    void exportAll(const ExportMenu *menu, const QString &label, const QString &target)
     {
         const qsizetype before = bench.panels.folderPrompts.size();
         entryOf(menu, label)->choose();
         if (bench.panels.folderPrompts.size() > before)
-            bench.panels.answer(folder);
+            bench.panels.answer(target);
     }
-    void exportAll(const QString &label, const QString &folder) { exportAll(screen->exportAllMenu(), label, folder); }
+    void exportAll(const QString &label, const QString &target) { exportAll(screen->exportAllMenu(), label, target); }
 
     static QStringList namesIn(const QString &place)
     {
