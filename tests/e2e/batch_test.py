@@ -7,14 +7,16 @@ import shutil
 import docx
 
 from accessible_window import BUTTON, Atspi
-from window_test import FIRST_LINES, WindowTest, main
+from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
 SECONDS = 100
+SIZE = (1200, 1300)  # which shows the whole page
 
 
 class BatchTest(WindowTest):
     def start_on_batch_screen(self, layers=1):
         window = self.start_on_file_screen(layers)
+        self.session.resize(WINDOW, *SIZE)
         window.press_row("Batch Processing")
         window.expect("Choose Files…")
         return window
@@ -140,7 +142,7 @@ class BatchTest(WindowTest):
         window.expect("a.mp4, Transcribing", patience=60)
         self.eventually(lambda: len(self.engines()) == 1, "the engine")
         self.assertEqual(len(self.converted_files()), 1)
-        self.session.close("Sorvanta")
+        self.session.close(WINDOW)
         self.program.wait(timeout=20)
         self.assertEqual(self.program.returncode, 0)
         self.assertEqual(self.wait_for_engines(0), [])
@@ -161,4 +163,4 @@ class BatchTest(WindowTest):
 
 
 if __name__ == "__main__":
-    main()
+    main(SIZE)

@@ -109,10 +109,11 @@ class WindowTest(unittest.TestCase):
         self.fail(f"waited in vain for {what}")
 
 
-def main():
+def main(size=(1200, 700)):
+    """`size` is that of the display, on which the window stands at its top left corner."""
     WindowTest.build = pathlib.Path(sys.argv.pop(1)).resolve()
     (WindowTest.build / "tests/e2e").mkdir(parents=True, exist_ok=True)
-    with VirtualSession() as session:
+    with VirtualSession(size=size) as session:
         WindowTest.session = session
         WindowTest.media = Media(session.folder / "media")
         unittest.main(verbosity=2, warnings="ignore")
