@@ -1,7 +1,10 @@
 #include "batch_page_test.h"
 
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QMimeData>
+
+#include <cstdio>
 
 namespace sorvanta {
 
@@ -47,6 +50,22 @@ TEST_F(BatchPageDrop, takesAllAudioAndMovieFiles)
     ASSERT_TRUE(enter(*data, middleOfCard()));
     EXPECT_EQ(drop(*data, middleOfCard()), Qt::CopyAction) << "a file is never moved away";
     EXPECT_THAT(texts("selectedFileName"), ElementsAre("talk.mov", "song.mp3"));
+}
+
+TEST_F(BatchPageDrop, takesTwoThousandFilesWithoutAStutter)
+{
+    QStringList paths;
+    for (int i = 0; i < 2000; ++i)
+        paths << QString("/d/A recording with a name of some length, number %1.wav").arg(i);
+    const auto data = files(paths);
+    ASSERT_TRUE(enter(*data, middleOfCard()));
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(drop(*data, middleOfCard()), Qt::CopyAction);
+    EXPECT_LT(clock.elapsed(), 1000);
+    std::printf("2,000 files dropped in %lld ms\n", static_cast<long long>(clock.elapsed()));
+    EXPECT_EQ(text("fileCount"), "2000 files ready");
+    EXPECT_EQ(text("moreFiles"), "…and 1995 more");
 }
 
 TEST_F(BatchPageDrop, refusesFilesOfNeitherKind)
