@@ -141,6 +141,7 @@ TEST_F(BatchPageRows, theStopButtonStopsOnce)
     showPage();
     start(fiveFiles, inTheSecond);
     waitFor([this] { return run().currentFileIndex() == 1 && run().hasActiveProcess(); });
+    QTest::qWait(50);
     EXPECT_TRUE(item("stopButton")->isEnabled());
     click(item("stopButton"));
     EXPECT_TRUE(run().isStopping());

@@ -126,7 +126,7 @@ TEST_F(BatchRunTest, theBarRunsOverTheBatchAndTheTimeSpeaksOfTheFile)
     QObject::connect(&run(), &RunState::progressChanged, &run(), [&] {
         if (run().progress() && (progress.isEmpty() || progress.last() != *run().progress()))
             progress << *run().progress();
-        if (remaining.isEmpty() || remaining.last() != run().etaText())
+        if (!run().etaText().isEmpty() && (remaining.isEmpty() || remaining.last() != run().etaText()))
             remaining << run().etaText();
     });
     screen->start();

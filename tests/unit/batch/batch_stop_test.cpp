@@ -102,12 +102,16 @@ TEST_F(BatchStop, whileAFileIsConvertedCancelsAllThatIsNotDone)
 
 TEST_F(BatchStop, atTheEndOfARunCancelsThatFileAndItIsNotKept)
 {
-    start(threeFiles, twoLines + "only b.wav\nsleep 800\n");
-    waitFor([this] { return status(0) == FileStatus::running; });
-    // The first run ends and the second begins, while the main thread is at something else.
-    std::this_thread::sleep_for(std::chrono::milliseconds(400));
-    run().stopRun();
-    EXPECT_EQ(status(0), FileStatus::running);
+    useModel(twoLines + "only b.wav\nsleep 800\n");
+    choose(threeFiles);
+    QObject::connect(&run(), &RunState::statusChanged, &run(), [this] {
+        if (run().status() != u"Transcribing a.wav (1/3)"_qs)
+            return;
+        // The first run ends and the second begins, while the main thread is at something else.
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        run().stopRun();
+    });
+    screen->start();
     waitForEnd();
     EXPECT_EQ(run().status(), u"Cancelled"_qs);
     EXPECT_EQ(status(0), FileStatus::cancelled);
