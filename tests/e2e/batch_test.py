@@ -6,6 +6,7 @@ import shutil
 
 import docx
 
+import accessibility_test
 from accessible_window import BUTTON, Atspi
 from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
@@ -71,6 +72,7 @@ class BatchTest(WindowTest):
             self.assertEqual(entry["text"].split("\n")[:2], FIRST_LINES)
             self.assertEqual(entry["model"], "Tiny")
         self.assertEqual(self.converted_files(), [])
+        self.assertEqual(accessibility_test.AccessibilityTest.offenders(self, window), [])
 
         folder = self.session.home / "exported"
         folder.mkdir()
