@@ -100,6 +100,10 @@ class WindowTest(unittest.TestCase):
             time.sleep(0.02)
         return self.engines()
 
+    def clipboard(self):
+        return subprocess.run([self.build / "tests/e2e/print_clipboard"], env=self.session.environment, check=True,
+                              capture_output=True, timeout=20).stdout.decode()
+
     def eventually(self, condition, what, patience=10.0):
         end = time.monotonic() + patience
         while time.monotonic() < end:
@@ -110,7 +114,7 @@ class WindowTest(unittest.TestCase):
 
 
 def main(size=(1200, 700)):
-    """`size` is that of the display, on which the window stands at its top left corner."""
+    """@param size of the display"""
     WindowTest.build = pathlib.Path(sys.argv.pop(1)).resolve()
     (WindowTest.build / "tests/e2e").mkdir(parents=True, exist_ok=True)
     with VirtualSession(size=size) as session:

@@ -73,7 +73,8 @@ TranscriptPane::Content BatchProcessingView::paneContent()
             .setStripDashes = [this](bool stripDashes) { setStripDashes(stripDashes); },
             // The pane of this screen offers no clearing.
             .clearOutput = [] {},
-            .clearError = [] {}};
+            .clearError = [] {},
+            .outputIdentity = [this] { return m_shownIdentity; }};
 }
 
 void BatchProcessingView::appear()
@@ -205,6 +206,7 @@ void BatchProcessingView::clearFiles()
 
 void BatchProcessingView::showSelected()
 {
+    ++m_shownIdentity;
     m_shownOutput.clear();
     if (const FileResult *const result = m_results.selected())
         m_shownOutput.append(result->rawOutput());

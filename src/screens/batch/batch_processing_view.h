@@ -141,6 +141,7 @@ private:
     LanguageChoice m_language;
     FileResults m_results;
     LiveTranscript m_shownOutput; // of the selected result
+    int m_shownIdentity = 0; // of that result, for the viewer
     TranscriptLinesModel m_lines{m_shownOutput};
     BatchRun m_run;
     BatchExports m_exports;
