@@ -19,7 +19,7 @@ namespace sorvanta {
 
 /// One run of the engine at a time, with all that a screen shows of it: the fields and the protocol that the four
 /// transcription screens share. Main thread only; the work itself is done on a worker.
-class TranscriptionRun : public RunState {
+class TranscriptionRun : public sorvanta::RunState { // the whole name, by which QML finds the base
     Q_OBJECT
     Q_PROPERTY(sorvanta::TranscriptLinesModel *lines READ lines CONSTANT)
     Q_PROPERTY(bool hasShownText READ hasShownText NOTIFY hasShownTextChanged)

@@ -9,7 +9,7 @@ Item {
     property color color: Theme.text2
 
     readonly property int spokes: 8
-    property int turned: 0
+    property int turned
 
     implicitWidth: 16
     implicitHeight: 16
@@ -27,6 +27,8 @@ Item {
         model: spinner.spokes
 
         Rectangle {
+            id: spoke
+
             required property int index
 
             x: (spinner.width - width) / 2
@@ -35,11 +37,11 @@ Item {
             height: spinner.height * 0.3
             radius: width / 2
             color: spinner.color
-            opacity: 1 - 0.8 * ((spinner.turned - index + spinner.spokes) % spinner.spokes) / spinner.spokes
+            opacity: 1 - 0.8 * ((spinner.turned - spoke.index + spinner.spokes) % spinner.spokes) / spinner.spokes
             transform: Rotation {
                 origin.x: spinner.width / 16
                 origin.y: spinner.height / 2
-                angle: index * 360 / spinner.spokes
+                angle: spoke.index * 360 / spinner.spokes
             }
         }
     }

@@ -14,6 +14,8 @@ ItemDelegate {
     required property string symbol
     required property int symbolTone
 
+    readonly property real statusPlace: width - 144 - leftPadding // within the content
+
     objectName: "result-" + index
     height: 36
     focusPolicy: Qt.NoFocus
@@ -25,7 +27,7 @@ ItemDelegate {
         LabelText {
             objectName: "resultName"
             anchors.verticalCenter: parent.verticalCenter
-            width: word.x - 12
+            width: row.statusPlace - 12
             text: row.name
             font.weight: row.highlighted ? Font.Medium : Font.Normal
             elide: Text.ElideMiddle
@@ -33,11 +35,9 @@ ItemDelegate {
         }
 
         FileToneText {
-            id: word
-
             objectName: "resultStatus"
             anchors.verticalCenter: parent.verticalCenter
-            x: row.width - 144 - row.leftPadding
+            x: row.statusPlace
             text: row.statusWord
             tone: row.statusTone
         }

@@ -22,7 +22,7 @@ class BatchJob;
 /// The run of a batch, one at a time, with all that the screen shows of it. It keeps the results up to date and speaks
 /// of the whole batch in its progress, of the running file in its remaining time. Main thread only; the work itself is
 /// done on a worker.
-class BatchRun : public RunState {
+class BatchRun : public sorvanta::RunState { // the whole name, by which QML finds the base
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("held by a screen")
