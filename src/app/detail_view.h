@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/file/transcript_from_file_view.h"
+#include "screens/history/history_view.h"
 #include "screens/models/models_settings_view.h"
 
 #include <QObject>
@@ -17,6 +18,7 @@ class DetailView : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
+    Q_PROPERTY(sorvanta::HistoryView *historyScreen READ historyScreen CONSTANT)
     Q_PROPERTY(sorvanta::ModelsSettingsView *modelsScreen READ modelsScreen CONSTANT)
 
 public:
@@ -25,10 +27,12 @@ public:
     DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent = nullptr);
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
+    HistoryView *historyScreen() { return &m_historyScreen; }
     ModelsSettingsView *modelsScreen() { return &m_modelsScreen; }
 
 private:
     TranscriptFromFileView m_fileScreen;
+    HistoryView m_historyScreen;
     ModelsSettingsView m_modelsScreen;
 };
 

@@ -36,7 +36,7 @@ void TranscriptViewer::syncTranscriptWindow()
 {
     m_model.setTranscript(m_screen.text());
     m_model.setCounts(m_screen.counts());
-    parseSegments();
+    syncSegments();
     m_model.setPlaybackAvailable(m_screen.isPlaybackAvailable());
     m_model.setPlaying(m_screen.isPlaying());
     m_model.setCurrentTime(m_screen.currentTime());
@@ -45,7 +45,7 @@ void TranscriptViewer::syncTranscriptWindow()
 
 void TranscriptViewer::updateActiveSegment(double seconds)
 {
-    parseSegments();
+    syncSegments();
     m_model.setActiveSegmentIndex(m_model.segmentAt(seconds));
 }
 
@@ -69,6 +69,14 @@ void TranscriptViewer::closeTranscriptWindow()
     TranscriptWindowView *closed = std::exchange(m_transcriptWindow, nullptr);
     emit transcriptWindowChanged();
     closed->deleteLater();
+}
+
+void TranscriptViewer::syncSegments()
+{
+    if (m_screen.segments)
+        m_model.setSegments(m_screen.segments());
+    else
+        parseSegments();
 }
 
 void TranscriptViewer::parseSegments()
