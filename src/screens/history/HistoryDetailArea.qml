@@ -10,16 +10,14 @@ ScrollingArea {
     required property HistoryView view
 
     readonly property HistoryDetail detail: view.detail
-    readonly property int columnWidth: width - Theme.pageGutter
+    readonly property int ringRoom: 4 // on the left, for the focus ring of a control at the edge
+    readonly property int columnWidth: width - ringRoom - Theme.pageGutter
     readonly property int leastTextHeight: 160
 
     // The focus has nowhere to go here.
     signal focusLeft
 
-    // The focus ring of a control at the edge is within the area.
-    leftMargin: 4
-    x: -4
-    contentWidth: columnWidth
+    contentWidth: width
     contentHeight: textCard.y + textCard.height + Theme.pageGutter
     flickableDirection: Flickable.VerticalFlick
 
@@ -28,6 +26,7 @@ ScrollingArea {
     Column {
         id: facts
 
+        x: area.ringRoom
         width: area.columnWidth
 
         Title3 {
@@ -151,6 +150,7 @@ ScrollingArea {
     HistoryText {
         id: textCard
 
+        x: area.ringRoom
         y: facts.height + 12
         width: area.columnWidth
         height: Math.max(area.leastTextHeight, area.height - Theme.pageGutter - y)

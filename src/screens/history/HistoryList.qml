@@ -63,7 +63,6 @@ Item {
             model: column.view.rows
             currentIndex: -1 // the screen knows which row is selected
             boundsBehavior: Flickable.StopAtBounds
-            reuseItems: true
             cacheBuffer: 200
             keyNavigationEnabled: false
             activeFocusOnTab: true

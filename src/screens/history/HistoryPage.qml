@@ -81,7 +81,7 @@ ScrollingArea {
     HistoryDetailArea {
         objectName: "historyDetail"
         visible: page.view.detail.isShown
-        x: list.x + list.width + page.columnGap
+        x: list.x + list.width + page.columnGap - ringRoom
         y: list.y
         width: page.contentWidth - x
         height: page.height - y

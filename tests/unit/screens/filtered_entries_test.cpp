@@ -153,7 +153,7 @@ TEST_F(FilteredEntriesTest, announcesAnEntryThatGoes)
 
 TEST_F(FilteredEntriesTest, tellsWhetherItIsEmpty)
 {
-    QSignalSpy told(&filtered, &FilteredEntries::isEmptyChanged);
+    QSignalSpy emptyChanged(&filtered, &FilteredEntries::isEmptyChanged);
     EXPECT_TRUE(filtered.isEmpty());
     fill({u"a"_qs});
     EXPECT_FALSE(filtered.isEmpty());
@@ -163,7 +163,7 @@ TEST_F(FilteredEntriesTest, tellsWhetherItIsEmpty)
     EXPECT_FALSE(filtered.isEmpty());
     source.takeAt(0);
     EXPECT_TRUE(filtered.isEmpty());
-    EXPECT_GE(told.count(), 4);
+    EXPECT_GE(emptyChanged.count(), 4);
 }
 
 TEST_F(FilteredEntriesTest, findsBeforeAndAfterItsCopiesAreMade)

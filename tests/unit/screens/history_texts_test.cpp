@@ -8,14 +8,15 @@
 
 namespace sorvanta {
 
-namespace {
-
-using testing::ElementsAre;
-
-void PrintTo(const HistoryTag &tag, std::ostream *out)
+// GoogleTest finds it by the namespace of the tag.
+static void PrintTo(const HistoryTag &tag, std::ostream *out)
 {
     *out << tag.text.toStdString() << " (" << tag.systemImage.toStdString() << ')';
 }
+
+namespace {
+
+using testing::ElementsAre;
 
 struct Texts {
     QString given;
