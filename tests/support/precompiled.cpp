@@ -1,0 +1,1 @@
+// Holds a compiled header, and nothing else.
