@@ -59,6 +59,7 @@ void HistoryView::setSearchText(const QString &searchText)
     m_filteredEntries.setSearchText(searchText);
     emit searchTextChanged();
     ensureValidSelection();
+    emit selectionChanged(); // its row may be another one
 }
 
 int HistoryView::selectedRow() const
