@@ -72,7 +72,8 @@ QList<TranscriptionHistoryEntry> entriesOf(const Script &script)
         }
         text.chop(1);
         entries << historyEntry(u"entry %1"_qs.arg(i),
-                                u"2026-02-02T%1:%2:00.123Z"_qs.arg(i / 600, 2, 10, u'0').arg(i / 10 % 60, 2, 10, u'0'));
+                                u"2026-02-02T%1:%2:00.123Z"_qs.arg(i / 600, 2, 10, QLatin1Char('0'))
+                                    .arg(i / 10 % 60, 2, 10, QLatin1Char('0')));
         entries.last().text = text;
         entries.last().model = i % 3 == 0 ? u"Large V3 Turbo"_qs : u"Base"_qs;
     }

@@ -12,6 +12,7 @@ Dialog {
 
     objectName: "deleteDialog"
     title: "Delete this history entry?"
+    bottomPadding: 8
     width: Math.min(360, parent ? parent.width - 32 : 360)
     onIsWantedChanged: isWanted ? open() : close()
     onOpened: cancelButton.forceActiveFocus(Qt.TabFocusReason)

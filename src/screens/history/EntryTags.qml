@@ -3,26 +3,29 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Sorvanta.Style
 
-// The tags of an entry in one line; what finds no room in it is cut.
+// The tags of an entry: in one line, where what finds no room is left out, or in as many as are needed.
 Item {
-    id: line
+    id: area
 
     property var tags: []
+    property bool wraps: false
 
-    implicitHeight: 22
+    implicitHeight: wraps ? flow.height : 22
     clip: true
 
-    Row {
+    Flow {
+        id: flow
+
+        width: parent.width
         spacing: 6
 
         Repeater {
-            model: line.tags
+            model: area.tags
 
             delegate: Tag {
                 required property var modelData
 
-                width: Math.min(implicitWidth, Math.max(0, line.width - x))
-                visible: width > 32
+                width: Math.min(implicitWidth, area.width)
                 symbol: modelData.systemImage
                 text: modelData.text
             }

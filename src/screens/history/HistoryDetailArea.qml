@@ -55,6 +55,7 @@ ScrollingArea {
         EntryTags {
             objectName: "entryTags"
             width: parent.width
+            wraps: true
             tags: area.detail.tags
         }
 

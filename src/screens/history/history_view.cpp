@@ -129,6 +129,7 @@ void HistoryView::confirmDeletion()
         return;
     m_playback.stopPlayback();
     m_history.deleteEntry(*m_deletionID);
+    entriesChanged(); // before the dialog closes and hands the focus back
     m_showDeleteConfirmation = false;
 }
 

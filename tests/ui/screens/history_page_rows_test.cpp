@@ -170,17 +170,24 @@ TEST_F(HistoryPageRows, cutLongNamesAndTagsWithinTheRow)
     EXPECT_EQ(whole.height(), 99);
 }
 
-class HistoryPageDetail : public HistoryPageRows { };
+class HistoryPageDetail : public HistoryPageRows {
+protected:
+    /// What a screen reader finds behind the list.
+    QStringList detailWords() const
+    {
+        const QStringList words = spokenWords(accessible(window.get()));
+        return words.mid(words.lastIndexOf(screen.detail()->title()));
+    }
+};
 
 TEST_F(HistoryPageDetail, showsTheEntryWithItsControlsInOrder)
 {
     showThree();
     EXPECT_EQ(text("entryTitle"), "Harbour walk.m4a");
     EXPECT_EQ(text("entryDate"), screen.detail()->date());
-    const QStringList words = spokenWords(accessible(item("historyDetail")));
-    EXPECT_THAT(words, ElementsAre("Harbour walk.m4a", screen.detail()->date(), "Base", "auto", "Export",
-                                   "Open Full View", "Export Audio", "Play Audio", "0:00", "Playback position", "0:00",
-                                   "Delete", "Transcript", "Good morning.\nHow are you?"));
+    EXPECT_THAT(detailWords(), ElementsAre("Harbour walk.m4a", screen.detail()->date(), "Base", "auto", "Export",
+                                           "Open Full View", "Export Audio", "Play Audio", "0:00", "Playback position",
+                                           "0:00", "Delete", "Transcript", "Good morning.\nHow are you?"));
 }
 
 TEST_F(HistoryPageDetail, hasNoAudioWithoutARecording)
@@ -190,9 +197,9 @@ TEST_F(HistoryPageDetail, hasNoAudioWithoutARecording)
     settle();
     EXPECT_FALSE(isShown("audioSection"));
     EXPECT_FALSE(isShown("exportAudioButton"));
-    const QStringList words = spokenWords(accessible(item("historyDetail")));
-    EXPECT_FALSE(words.contains("Play Audio"));
-    EXPECT_FALSE(words.contains("Export Audio"));
+    EXPECT_FALSE(detailWords().contains("Play Audio"));
+    EXPECT_FALSE(detailWords().contains("Export Audio"));
+    EXPECT_TRUE(detailWords().contains("Open Full View"));
 }
 
 TEST_F(HistoryPageDetail, saysThatAnEntryHasNoText)
@@ -243,7 +250,7 @@ TEST_F(HistoryPageDetail, scrollsAVeryLongTextByKeysWithoutLayingAllOfItOut)
     EXPECT_GT(item("entryText")->property("contentY").toDouble(), 10000);
     press(Qt::Key_Home);
     settle();
-    EXPECT_LE(item("entryText")->property("contentY").toDouble(), 0);
+    EXPECT_TRUE(item("entryText")->property("atYBeginning").toBool());
 }
 
 TEST_F(HistoryPageDetail, playsPausesAndSeeks)
@@ -292,20 +299,13 @@ TEST_F(HistoryPageDetail, seeksByKeysAtOnce)
     players.takeCalls();
     tabTo(item("positionSlider"));
     press(Qt::Key_Right);
-    EXPECT_EQ(players.takeCalls(), QStringList("seek 10"));
-    EXPECT_EQ(text("positionText"), "0:10");
+    EXPECT_EQ(players.takeCalls(), QStringList("seek 5"));
+    EXPECT_EQ(text("positionText"), "0:05");
+    press(Qt::Key_Left);
+    press(Qt::Key_Left);
+    EXPECT_EQ(text("positionText"), "0:00");
+    EXPECT_EQ(text("playButton"), "Pause Audio");
     EXPECT_EQ(accessible(item("positionSlider"))->text(QAccessible::Name), "Playback position");
-}
-
-TEST_F(HistoryPageDetail, opensTheViewerWindow)
-{
-    showThree();
-    click(item("fullViewButton"));
-    EXPECT_NE(screen.viewer()->transcriptWindow(), nullptr);
-    EXPECT_EQ(screen.viewer()->model().transcript(), "Good morning.\nHow are you?");
-    settle();
-    screen.viewer()->closeTranscriptWindow();
-    settle();
 }
 
 TEST_F(HistoryPageDetail, exportsWithMessages)
@@ -340,6 +340,7 @@ protected:
         click(item("deleteButton"));
         settle();
     }
+    bool isOpen() const { return root->findChild<QObject *>("deleteDialog")->property("visible").toBool(); }
 };
 
 TEST_F(HistoryPageDeletion, asksFirst)
@@ -359,7 +360,7 @@ TEST_F(HistoryPageDeletion, isCancelledByTheButtonAndByEscape)
 {
     ask();
     click(item("cancelDeletionButton"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isShown("confirmDeletionButton"); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
     EXPECT_FALSE(screen.showDeleteConfirmation());
     EXPECT_EQ(screen.rows()->count(), 3);
     EXPECT_TRUE(item("deleteButton")->hasActiveFocus());
@@ -367,7 +368,7 @@ TEST_F(HistoryPageDeletion, isCancelledByTheButtonAndByEscape)
     settle();
     EXPECT_TRUE(screen.showDeleteConfirmation());
     press(Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isShown("confirmDeletionButton"); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
     EXPECT_FALSE(screen.showDeleteConfirmation());
     EXPECT_EQ(screen.rows()->count(), 3);
 }
@@ -376,7 +377,7 @@ TEST_F(HistoryPageDeletion, deletesAndGoesToTheFirstEntryLeft)
 {
     ask();
     click(item("confirmDeletionButton"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isShown("confirmDeletionButton"); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
     settle();
     EXPECT_EQ(screen.rows()->count(), 2);
     EXPECT_EQ(text("entryTitle"), "Lecture 04.mp4");
@@ -410,7 +411,7 @@ class HistoryPageWhole : public HistoryPageRows { };
 TEST_F(HistoryPageWhole, saysWhatItIsInAnEmptyHistory)
 {
     showPage();
-    EXPECT_THAT(spokenWords(accessible(item("historyPage"))),
+    EXPECT_THAT(spokenWords(accessible(window.get())),
                 ElementsAre("History", "All transcriptions saved to Application Support/sorvanta.", "Reload",
                             "Search in history", "No transcriptions saved yet.",
                             "Once you transcribe audio, entries will appear here. Saved in transcription-history.json "
