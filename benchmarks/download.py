@@ -4,7 +4,7 @@
 A file is fetched from a server on this machine by the application's own machinery and by the curl program, in turn.
 The application flushes the file to the disk before it gives it its name, which curl does not; so curl is also measured
 with a flush behind it. Printed are the medians and their ratios, what the main thread had to do, and by how much memory
-grew. It is no test: no figure makes it fail. Needs twice the size of the file on the disk of the temporary folder."""
+grew; and how many of 60 frames a second the models page draws meanwhile. It is no test: no figure makes it fail. Needs twice the size of the file on the disk of the temporary folder."""
 
 import argparse
 import json
@@ -92,6 +92,17 @@ def compare(server, folder, options):
     print(f"memory grew by at most {max(cost['growth'] for cost in costs):.1f} MB")
 
 
+def measure_frames(server, folder, options):
+    environment = {name: value for name, value in os.environ.items() if not name.lower().endswith("_proxy")}
+    environment["SSL_CERT_FILE"] = str(server.authority)
+    for _ in range(options.rounds):
+        command = [options.build / "benchmarks/download_frames", server.url, folder / "shown"]
+        seen = json.loads(subprocess.run(command, env=environment, check=True, stdout=subprocess.PIPE).stdout)
+        (folder / "shown/Sorvanta/Models/ggml-large-v3-turbo.bin").unlink()
+        print(f"frames: {seen['frames']} a second, {seen['gap']} ms between two at most; at rest "
+              f"{seen['resting_frames']} and {seen['resting_gap']} ms", flush=True)
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("build", type=pathlib.Path)
@@ -104,6 +115,7 @@ def main():
         server = Server(folder, int(options.gigabytes * 1e9))
         try:
             compare(server, folder, options)
+            measure_frames(server, folder, options)
         finally:
             server.close()
 

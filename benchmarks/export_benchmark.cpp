@@ -67,6 +67,16 @@ void RenderDocument(benchmark::State &state, ExportFormat format)
     state.counters["bytes"] = static_cast<double>(renderDocument(format, input.text).size());
 }
 
+/// A word of a million letters, which is broken wherever a line is full.
+void RenderWord(benchmark::State &state, ExportFormat format)
+{
+    QString word(1'000'000, Qt::Uninitialized);
+    for (qsizetype i = 0; i < word.size(); ++i)
+        word[i] = QChar(static_cast<char16_t>(u'a' + (i * 7 + i / 26) % 26));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(renderDocument(format, word));
+}
+
 BENCHMARK(EncodeText)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, txt, txt)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, srt, srt)->Unit(benchmark::kMillisecond);
@@ -77,5 +87,6 @@ BENCHMARK_CAPTURE(Render, html, html)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Render, json, json)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RenderDocument, docx, docx)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RenderDocument, pdf, pdf)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RenderWord, pdf, pdf)->Unit(benchmark::kMillisecond);
 
 } // namespace

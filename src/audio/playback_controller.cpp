@@ -193,10 +193,8 @@ void PlaybackController::pause()
 {
     m_player->pause();
     m_timer.stop();
-    if (m_settings.readsPositionOnPause) {
-        readPosition();
+    if (m_settings.readsPositionOnPause && readPosition())
         markSegment();
-    }
     setRunning(false);
 }
 
@@ -219,17 +217,19 @@ void PlaybackController::tick()
 {
     if (!m_player->isPlaying())
         return;
-    readPosition();
-    markSegment();
+    if (readPosition())
+        markSegment();
     if (m_settings.readsDurationOnTick)
         readDuration();
 }
 
-void PlaybackController::readPosition()
+bool PlaybackController::readPosition()
 {
     const double position = m_player->position();
-    if (std::isfinite(position))
-        m_playbackTime = position;
+    if (!std::isfinite(position))
+        return false;
+    m_playbackTime = position;
+    return true;
 }
 
 void PlaybackController::readDuration()

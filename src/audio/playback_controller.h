@@ -101,7 +101,8 @@ private:
     void pause();
     void movePlayer(double target);
     void tick();
-    void readPosition();
+    /// Takes the player's position, if it tells one. @return whether it did
+    bool readPosition();
     void readDuration();
     void markSegment() const;
     void setRunning(bool isRunning);

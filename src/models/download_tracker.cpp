@@ -51,6 +51,12 @@ void DownloadTracker::start()
     }
 }
 
+void DownloadTracker::cancel()
+{
+    if (m_task)
+        m_task->cancel();
+}
+
 void DownloadTracker::openPartialFile()
 {
     if (itemExists(m_partialDestination))
@@ -60,6 +66,7 @@ void DownloadTracker::openPartialFile()
     if (!file.isOpen())
         throw writingError(m_partialDestination, errno);
     m_fileHandle.emplace(std::move(file));
+    m_hasPartialFile = true;
 }
 
 void DownloadTracker::didReceiveResponse(const HttpsResponse &response, const Answer &answer)
@@ -79,8 +86,7 @@ void DownloadTracker::didReceiveData(QByteArrayView bytes)
 {
     if (m_fileHandle && !writeAll(m_fileHandle->number(), bytes)) {
         const Error error = writingError(m_partialDestination, errno);
-        if (m_task)
-            m_task->cancel();
+        cancel();
         cleanUp();
         // Not by finish(): the cancelled transfer still completes, and what it says is shown last.
         m_completion(error);
@@ -135,6 +141,9 @@ void DownloadTracker::moveIntoPlace()
 void DownloadTracker::cleanUp()
 {
     m_fileHandle.reset();
+    // A second cleaning up comes late: the file may be that of the next try by then.
+    if (!std::exchange(m_hasPartialFile, false))
+        return;
     try {
         removeItem(m_partialDestination);
     } catch (const Error &) { // there may be none

@@ -30,12 +30,16 @@ public:
 
     /// @param finalDestination absolute path of the model file; ".part" added, it is that of the partial file
     /// @param progressHandler called at most every 0.4 seconds, and for the last piece of a known size
-    /// @param completion called once; but a failure to write comes first, and the cancellation that it causes second
+    /// @param completion called once; but a failure to write comes first, and the cancellation that it causes second.
+    /// From the first call on, the tracker leaves the places of both files alone.
     DownloadTracker(ModelInfo model, const QString &finalDestination, ProgressHandler progressHandler,
                     Completion completion, const HttpsTransferLimits &limits = {}, Clock clock = steadySeconds);
 
     /// Makes the partial file anew and starts the transfer. A failure goes to the completion.
     void start();
+
+    /// Ends a download that has started; the completion is called as ever.
+    void cancel();
 
     /// A status outside 200 to 299 ends the download with an error of the domain "ModelDownload".
     void didReceiveResponse(const HttpsResponse &response, const Answer &answer) override;
@@ -67,6 +71,7 @@ private:
     qint64 m_expectedBytes = 0;
     qint64 m_writtenBytes = 0;
     std::optional<FileDescriptor> m_fileHandle; // of the partial file
+    bool m_hasPartialFile = false;
     bool m_hasCompleted = false;
 };
 

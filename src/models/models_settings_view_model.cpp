@@ -85,28 +85,58 @@ void ModelsSettingsViewModel::startDownload(const ModelInfo &model)
         setStatus(model, ModelStatus::Failed{error.localizedDescription()});
         return;
     }
+    const auto replaced = m_activeDownloads.value(model.id);
+    const int replacedNumber = m_activeNumbers.value(model.id);
+    const auto tracker = makeTracker(model, folder + QLatin1Char('/') + model.fileName);
+    m_activeDownloads.insert(model.id, tracker);
+    if (!replaced) {
+        tracker->start();
+        return;
+    }
+    // Both would write to the same partial file.
+    if (!m_awaitedNumbers.contains(model.id))
+        m_awaitedNumbers.insert(model.id, replacedNumber);
+    replaced->cancel();
+}
+
+std::shared_ptr<DownloadTracker> ModelsSettingsViewModel::makeTracker(const ModelInfo &model,
+                                                                      const QString &destination)
+{
     const QPointer<ModelsSettingsViewModel> self(this);
-    const auto tracker = std::make_shared<DownloadTracker>(
-        model, folder + QLatin1Char('/') + model.fileName,
-        [self, model](const DownloadState &state) {
-            postToMain([self, model, state] {
-                if (self)
+    const int number = ++m_lastNumber;
+    m_activeNumbers.insert(model.id, number);
+    return std::make_shared<DownloadTracker>(
+        model, destination,
+        [self, model, number](const DownloadState &state) {
+            postToMain([self, model, number, state] {
+                if (self && !self->isReplaced(model, number))
                     self->setStatus(model, ModelStatus::Downloading{state});
             });
         },
-        [self, model](const DownloadResult &result) {
-            postToMain([self, model, result] {
+        [self, model, number](const DownloadResult &result) {
+            postToMain([self, model, number, result] {
                 if (self)
-                    self->endDownload(model, result);
+                    self->endDownload(model, number, result);
             });
         });
-    m_activeDownloads.insert(model.id, tracker);
-    tracker->start();
 }
 
-void ModelsSettingsViewModel::endDownload(const ModelInfo &model, const DownloadResult &result)
+bool ModelsSettingsViewModel::isReplaced(const ModelInfo &model, int number) const
 {
+    return m_activeNumbers.value(model.id, number) != number;
+}
+
+void ModelsSettingsViewModel::endDownload(const ModelInfo &model, int number, const DownloadResult &result)
+{
+    if (isReplaced(model, number)) {
+        if (m_awaitedNumbers.value(model.id) == number) {
+            m_awaitedNumbers.remove(model.id);
+            m_activeDownloads[model.id]->start();
+        }
+        return;
+    }
     m_activeDownloads.remove(model.id);
+    m_activeNumbers.remove(model.id);
     if (const auto *path = std::get_if<QString>(&result))
         setStatus(model, ModelStatus::Downloaded{*path});
     else

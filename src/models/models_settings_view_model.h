@@ -47,10 +47,10 @@ public:
     QString applicationSupportDirectory() const;
 
     /// Fetches the model's file; its status tells how that goes and ends. Does not ask whether it is being fetched
-    /// already: the caller does.
+    /// already: the caller does. If it is, that download is given up, and the new one begins when it has ended.
     void startDownload(const ModelInfo &model);
 
-    /// The downloads that run, by model id.
+    /// The downloads that run, or are about to, by model id.
     const QHash<QString, std::shared_ptr<DownloadTracker>> &activeDownloads() const { return m_activeDownloads; }
 
     /// Removes the model's file. A failure becomes the model's status.
@@ -62,11 +62,17 @@ Q_SIGNALS:
 
 private:
     void setStatus(const ModelInfo &model, const Status &status);
-    void endDownload(const ModelInfo &model, const DownloadResult &result);
+    std::shared_ptr<DownloadTracker> makeTracker(const ModelInfo &model, const QString &destination);
+    /// Whether the download of that number has another one of the same model in its place.
+    bool isReplaced(const ModelInfo &model, int number) const;
+    void endDownload(const ModelInfo &model, int number, const DownloadResult &result);
 
     std::optional<QString> m_applicationSupportFolder;
     QHash<QString, Status> m_statusMap; // by model id
     QHash<QString, std::shared_ptr<DownloadTracker>> m_activeDownloads;
+    QHash<QString, int> m_activeNumbers; // of the active downloads
+    QHash<QString, int> m_awaitedNumbers; // of those whose end the active one waits for
+    int m_lastNumber = 0;
 };
 
 } // namespace sorvanta

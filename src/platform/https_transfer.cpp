@@ -23,6 +23,9 @@ using Clock = std::chrono::steady_clock;
 /// How late a cancel, a quit or a limit may be noticed while nothing arrives.
 constexpr std::chrono::milliseconds longestWait(100);
 
+/// Bytes of all heads of a transfer together. One that sends more sends no end of them.
+constexpr std::size_t longestHeads = 256 * 1024;
+
 struct EasyDeleter {
     void operator()(CURL *easy) const { curl_easy_cleanup(easy); }
 };
@@ -151,8 +154,14 @@ private:
         auto *self = static_cast<RunningTransfer *>(object);
         self->m_lastPiece = Clock::now();
         const QByteArrayView line(bytes, static_cast<qsizetype>(size));
-        if ((line == "\r\n" || line == "\n") && self->isHeadOfTheLastResponse())
+        self->m_headSize += size;
+        if (self->m_headSize > longestHeads)
+            return CURL_WRITEFUNC_ERROR;
+        if ((line == "\r\n" || line == "\n") && self->isHeadOfTheLastResponse()) {
+            if (self->isSizeImpossible())
+                return CURL_WRITEFUNC_ERROR;
             self->tellResponse();
+        }
         return self->isStopped() ? CURL_WRITEFUNC_ERROR : size;
     }
 
@@ -185,6 +194,13 @@ private:
     {
         const long status = info(CURLINFO_RESPONSE_CODE, 0L);
         return status >= 200 && !(status >= 300 && status < 400 && !headerValue("Location").isEmpty());
+    }
+
+    /// Whether the size that is announced is too large for a number, so that the body cannot be whole.
+    bool isSizeImpossible() const
+    {
+        return !headerValue("Content-Length").isEmpty() && headerValue("Transfer-Encoding").isEmpty()
+               && info(CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, curl_off_t(-1)) < 0;
     }
 
     void tellResponse()
@@ -238,7 +254,8 @@ private:
             return UrlFailure::TooManyRedirects;
         case CURLE_WEIRD_SERVER_REPLY:
         case CURLE_BAD_CONTENT_ENCODING:
-        case CURLE_WRITE_ERROR: // of the decoder
+        case CURLE_WRITE_ERROR: // of the decoder, or at a head that is refused
+        case CURLE_OUT_OF_MEMORY: // at a single header without end
             return UrlFailure::BadResponse;
         case CURLE_PEER_FAILED_VERIFICATION:
             return UrlFailure::BadCertificate;
@@ -267,6 +284,7 @@ private:
     bool m_isPrepared = true;
     bool m_isResponseTold = false;
     bool m_isRefused = false;
+    std::size_t m_headSize = 0;
     Clock::time_point m_lastPiece;
 };
 

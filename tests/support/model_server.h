@@ -1,11 +1,12 @@
 #pragma once
 
+#include "support/spawned_process.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QList>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -18,18 +19,8 @@ public:
         for (const char *name :
              {"https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY", "SSL_CERT_DIR"})
             qunsetenv(name);
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start("/usr/bin/python3", {SORVANTA_TEST_MODEL_SERVER, m_folder.path()});
-        while (!m_process.canReadLine() && m_process.waitForReadyRead()) { }
-        m_description = QJsonDocument::fromJson(m_process.readLine()).object();
+        m_description = QJsonDocument::fromJson(QByteArray::fromStdString(m_process.readLine())).object();
         trustAuthority();
-    }
-    ~ModelServer()
-    {
-        m_process.closeWriteChannel();
-        if (!m_process.waitForFinished(5'000))
-            m_process.kill();
-        m_process.waitForFinished();
     }
 
     bool isRunning() const { return !m_description.isEmpty(); }
@@ -80,6 +71,6 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    QProcess m_process;
+    SpawnedProcess m_process{{"/usr/bin/python3", SORVANTA_TEST_MODEL_SERVER, m_folder.path().toStdString()}};
     QJsonObject m_description;
 };

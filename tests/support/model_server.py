@@ -27,6 +27,14 @@ What a path answers ("?size=N" gives the size of the body in bytes, 1,000,000 wi
 /drip?delay=S           the body in 20 pieces, S seconds apart
 /reset                  half of the body, then the connection breaks
 /nonsense               something that is no HTTP
+/claims/N               the body, with N as its size, whatever that is
+/chunked-claims/N       the body in one chunk, with N as its size beside that
+/to-a-file              a redirect to a file of the machine that asks
+/endless-head           ten megabytes of headers
+/endless-header         one header of ten megabytes
+/endless-interim        interim answers for ever
+/nul-in-head            the body with its size, and a header with a NUL in it
+/no-content             the status 204, without a body
 """
 
 import gzip
@@ -365,6 +373,36 @@ class Answer:
         self._connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
         os.close(self._connection.detach())
         raise ConnectionResetError
+
+    def _claims(self, size):
+        self._head(Content_Length=size)
+        self._body(self._size)
+
+    def _chunked_claims(self, size):
+        self._head(Content_Length=size, Transfer_Encoding="chunked")
+        self._connection.sendall(b"%x\r\n%s\r\n0\r\n\r\n" % (self._size, body(self._size)))
+
+    def _to_a_file(self):
+        self._head(302, Location="file:///etc/hostname", Content_Length=0)
+
+    def _endless_head(self):
+        self._head(Content_Length=self._size, **{f"Filler-{i}": "x" * 10_000 for i in range(1000)})
+        self._body(self._size)
+
+    def _endless_header(self):
+        self._head(Content_Length=self._size, Filler="x" * 10_000_000)
+        self._body(self._size)
+
+    def _endless_interim(self):
+        while True:
+            self._connection.sendall(b"HTTP/1.1 103 Early Hints\r\nFiller: xxxxxxxxxxxxxxxxxxxxxxxx\r\n\r\n" * 100)
+
+    def _nul_in_head(self):
+        self._head(Content_Length=self._size, Filler="x\0y")
+        self._body(self._size)
+
+    def _no_content(self):
+        self._head(204)
 
     def _nonsense(self):
         self._connection.sendall(b"This is no HTTP at all.\r\n\r\n")

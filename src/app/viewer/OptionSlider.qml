@@ -61,7 +61,7 @@ Item {
 
         objectName: "slider"
         x: option.hasEnds ? lowest.width + 8 : 0
-        y: 28
+        y: option.hasStepper ? 28 : 26
         width: parent.width - x - (option.hasEnds ? highest.width + 8 : 0)
         from: option.range.from
         to: option.range.to

@@ -33,10 +33,13 @@ ApplicationWindow {
     height: 720
     minimumWidth: 820
     minimumHeight: 580
-    x: Screen.virtualX + Math.round((Screen.width - width) / 2)
-    y: Screen.virtualY + Math.round((Screen.height - height) / 2)
     transientParent: null // it may lie behind the main window
-    visible: true
+    // Once: bound to the width, the place would follow whenever the user pulls at an edge.
+    Component.onCompleted: {
+        x = Screen.virtualX + Math.round((Screen.width - width) / 2);
+        y = Screen.virtualY + Math.round((Screen.height - height) / 2);
+        visible = true;
+    }
     onClosing: viewer.windowWillClose(view)
 
     Shortcut {

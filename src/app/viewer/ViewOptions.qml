@@ -132,10 +132,10 @@ Rectangle {
         Item {
             visible: total.visible
             width: parent.width
-            height: 33
+            height: 31
 
             Hairline {
-                y: 20
+                y: 18
                 width: parent.width
             }
         }

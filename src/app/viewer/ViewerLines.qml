@@ -16,6 +16,7 @@ Card {
         scrolling.stop();
         const from = list.contentY;
         list.positionViewAtIndex(row, ListView.Center);
+        list.positionViewAtIndex(row, ListView.Center); // rows made just now may be higher than was thought
         const to = list.contentY;
         const distance = Math.max(-list.height, Math.min(from - to, list.height));
         if (Theme.scrollTime === 0 || distance === 0)

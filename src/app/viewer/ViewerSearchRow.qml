@@ -23,21 +23,22 @@ Item {
     }
 
     FootnoteText {
+        id: position
+
         objectName: "positionText"
         anchors.left: field.right
         anchors.leftMargin: 8
         anchors.verticalCenter: parent.verticalCenter
         visible: row.view.isPositionShown
-        width: 52
+        width: Math.max(52, implicitWidth)
         text: row.view.positionText
         horizontalAlignment: Text.AlignHCenter
-        fontSizeMode: Text.HorizontalFit
-        minimumPixelSize: 8
     }
 
     PreviousNextButtons {
         objectName: "matchButtons"
-        x: 308
+        anchors.left: position.right
+        anchors.leftMargin: 8
         onPrevious: row.view.previousMatch()
         onNext: row.view.nextMatch()
     }

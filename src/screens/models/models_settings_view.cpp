@@ -24,11 +24,7 @@ void ModelsSettingsView::download(int row)
 {
     const ModelInfo &wanted = model(row);
     ModelsSettingsViewModel &models = m_surroundings.viewModel;
-    // A look at the disk may find an older file while a download runs; a second one would write to the same partial
-    // file.
-    const bool runs = std::holds_alternative<ModelStatus::Downloading>(models.status(wanted))
-                      || models.activeDownloads().contains(wanted.id);
-    if (!runs)
+    if (!std::holds_alternative<ModelStatus::Downloading>(models.status(wanted)))
         models.startDownload(wanted);
 }
 

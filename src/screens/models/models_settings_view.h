@@ -38,7 +38,7 @@ public:
 
     // What the buttons of a row do; `row` is one of `rows`.
 
-    /// Fetches the model, also once more after a failure. One that is being fetched is left alone.
+    /// Fetches the model, also once more after a failure. One whose status says that it is being fetched is left alone.
     Q_INVOKABLE void download(int row);
     /// Removes the model's file without asking.
     Q_INVOKABLE void deleteLocalCopy(int row);

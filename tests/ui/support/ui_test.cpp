@@ -116,6 +116,13 @@ QColor UiTest::color(const char *token) const
     return value.value<QColor>();
 }
 
+QString UiTest::themeText(const QString &token) const
+{
+    const QVariant value = theme->property(token.toUtf8().constData());
+    EXPECT_TRUE(value.isValid()) << token.toStdString();
+    return value.toString();
+}
+
 QImage UiTest::grab() const
 {
     QTest::qWait(20);

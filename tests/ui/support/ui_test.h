@@ -37,6 +37,8 @@ protected:
 
     void setDark(bool isDark);
     QColor color(const char *token) const;
+    /// A word of the look, for example the name of a font family.
+    QString themeText(const QString &token) const;
     QImage grab() const;
     /// Writes what is shown to `name`.png in the folder that SORVANTA_PICTURES names, if it names one.
     void savePicture(const QString &name) const;

@@ -96,7 +96,7 @@ TEST_F(AudioPlayerServer, saysNothingOfAServerThatIsStartedAnewInAPause)
     server.kill();
     QTest::qWait(1000);
     EXPECT_FALSE(failure);
-    EXPECT_EQ(player->position(), position);
+    EXPECT_NEAR(player->position(), position, 0.1) << "but for what the server had not played yet";
     server.start();
     SoundRecording recording;
     player->play();

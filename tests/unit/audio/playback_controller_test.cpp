@@ -331,6 +331,18 @@ TEST_P(EveryScreen, saysWhatItShouldOfAFileThatCannotBeOpened)
     EXPECT_TRUE(controller.isRunning()) << "once it can be opened, it plays";
 }
 
+TEST_P(EveryScreen, doesNotMoveInAFileThatCannotBeOpened)
+{
+    players.refusal = unreadable;
+    controller.seekPlayback(0.005);
+    EXPECT_EQ(playback.error, GetParam().seekOpensPlayer ? QString::fromUtf16(GetParam().openingError) : QString());
+    EXPECT_FALSE(controller.hasPlayer());
+    EXPECT_FALSE(players.calls.join(u' ').contains(u"seek"_qs));
+    if (GetParam().seekOpensPlayer) {
+        EXPECT_EQ(controller.playbackTime(), 0);
+    }
+}
+
 TEST_P(EveryScreen, isAfterALateFailureToOpenAsAfterAnEarlyOne)
 {
     controller.togglePlayback();
@@ -471,6 +483,16 @@ TEST_F(FileScreenPlayback, readsThePositionAndMarksItsSegmentInAPause)
     controller.togglePlayback();
     EXPECT_EQ(controller.playbackTime(), 3.5);
     EXPECT_EQ(playback.marks, QStringList{u"mark 3.5"_qs});
+}
+
+TEST_F(FileScreenPlayback, marksNothingInAPauseWithoutAPosition)
+{
+    controller.togglePlayback();
+    players.position = unknown;
+    controller.togglePlayback();
+    EXPECT_EQ(controller.playbackTime(), 0);
+    EXPECT_EQ(playback.marks, QStringList());
+    EXPECT_FALSE(controller.isPlaying());
 }
 
 TEST_F(FileScreenPlayback, resumesWhereAPlayerStoodThatWasReleased)
@@ -788,6 +810,42 @@ TEST_F(HistoryPlayback, pausesThePlayerWhileTheSliderIsHeld)
     EXPECT_FALSE(controller.resumeAfterScrub());
     EXPECT_TRUE(controller.isPlaying());
     EXPECT_TRUE(controller.isTicking());
+}
+
+TEST_F(HistoryPlayback, canBeScrubbedWithoutAPlayer)
+{
+    controller.beginScrubbing();
+    EXPECT_TRUE(controller.isScrubbingAudio());
+    EXPECT_FALSE(controller.resumeAfterScrub());
+    controller.seekPlayback(0.005);
+    controller.endScrubbing();
+    EXPECT_FALSE(controller.isScrubbingAudio());
+    EXPECT_EQ(controller.playbackTime(), 0.005);
+    EXPECT_EQ(players.calls, QStringList());
+}
+
+TEST_F(HistoryPlayback, playsOnAfterScrubbingThoughItWasPausedMeanwhile)
+{
+    controller.togglePlayback();
+    controller.beginScrubbing();
+    controller.togglePlayback();
+    EXPECT_FALSE(controller.isPlaying());
+    controller.endScrubbing();
+    EXPECT_TRUE(controller.isPlaying());
+    EXPECT_TRUE(controller.isTicking());
+}
+
+TEST_F(HistoryPlayback, pausesWhatPlaysWhicheverRecordingIsSelectedByNow)
+{
+    controller.togglePlayback();
+    const std::optional<QString> first = playback.file;
+    playback.file = playback.folder.write(u"b.wav"_qs, "RIFF");
+    players.takeCalls();
+    controller.togglePlayback();
+    EXPECT_EQ(players.takeCalls(), QStringList{u"pause"_qs});
+    playback.file = first;
+    controller.togglePlayback();
+    EXPECT_EQ(players.takeCalls(), QStringList{u"play"_qs}) << "its player is still there";
 }
 
 TEST_F(HistoryPlayback, staysPausedAfterScrubbingInAPause)

@@ -10,6 +10,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <future>
 #include <vector>
@@ -201,6 +202,9 @@ TEST_F(HttpsTransferTest, neverSpeaksPlainHttp)
 TEST_F(HttpsTransferTest, refusesOtherSchemesAndAddressesThatAreNone)
 {
     EXPECT_EQ(code(get(u"/foreign"_qs)), -1002);
+    const auto toAFile = get(u"/to-a-file"_qs);
+    EXPECT_EQ(code(toAFile), -1002);
+    EXPECT_TRUE(toAFile->body.isEmpty());
     EXPECT_EQ(code(get(QUrl(u"ftp://localhost/whole"_qs))), -1002);
     EXPECT_EQ(code(get(QUrl(u"file:///etc/hostname"_qs))), -1002);
     EXPECT_EQ(code(get(QUrl())), -1000);
@@ -301,6 +305,46 @@ TEST_F(HttpsTransferTest, failsIfTheAnswerMakesNoSense)
     EXPECT_EQ(code(get(u"/gzip-broken"_qs)), -1011);
 }
 
+TEST_F(HttpsTransferTest, failsAtAHeadThatNoHonestServerSends)
+{
+    for (const char *path : {"/claims/-5", "/claims/99999999999999999999", "/claims/many", "/endless-head",
+                             "/endless-header", "/endless-interim", "/nul-in-head"}) {
+        const auto told = get(QString::fromLatin1(path));
+        EXPECT_EQ(code(told), -1011) << path;
+        EXPECT_TRUE(told->responses.empty()) << path;
+        EXPECT_EQ(told->body, QByteArray()) << path;
+    }
+}
+
+TEST_F(HttpsTransferTest, failsIfTheLargestSizeThereIsDoesNotCome)
+{
+    const auto told = get(u"/claims/9223372036854775807?size=5000"_qs);
+    EXPECT_EQ(code(told), -1005);
+    ASSERT_EQ(told->responses.size(), 1u);
+    EXPECT_EQ(told->responses[0].expectedContentLength, 9'223'372'036'854'775'807);
+    EXPECT_EQ(told->body, ModelServer::body(5000));
+}
+
+TEST_F(HttpsTransferTest, aSizeBesideChunksCountsForNothing)
+{
+    for (const char *path : {"/chunked-claims/7?size=5000", "/chunked-claims/99999999999999999999?size=5000"}) {
+        const auto told = get(QString::fromLatin1(path));
+        EXPECT_EQ(code(told), 0) << path;
+        ASSERT_EQ(told->responses.size(), 1u);
+        EXPECT_EQ(told->responses[0].expectedContentLength, -1) << path;
+        EXPECT_EQ(told->body, ModelServer::body(5000)) << path;
+    }
+}
+
+TEST_F(HttpsTransferTest, anAnswerWithoutContentEndsWell)
+{
+    const auto told = get(u"/no-content"_qs);
+    EXPECT_EQ(code(told), 0);
+    ASSERT_EQ(told->responses.size(), 1u);
+    EXPECT_EQ(told->responses[0].statusCode, 204);
+    EXPECT_EQ(told->body, QByteArray());
+}
+
 TEST_F(HttpsTransferTest, trustsNoCertificateThatIsForeignOrForAnotherHostOrExpired)
 {
     for (const QString &name : {u"unknown"_qs, u"other_host"_qs, u"expired"_qs}) {
@@ -321,7 +365,7 @@ TEST_F(HttpsTransferTest, trustsWhatTheSystemTrustsUnlessTheEnvironmentNamesOthe
 
     QTemporaryDir folder;
     QFile::copy(server->authority(), folder.filePath(u"authority.pem"_qs));
-    ASSERT_EQ(QProcess::execute(u"openssl"_qs, {u"rehash"_qs, folder.path()}), 0);
+    ASSERT_EQ(std::system(qPrintable(u"openssl rehash "_qs + folder.path())), 0);
     qputenv("SSL_CERT_DIR", folder.path().toUtf8());
     EXPECT_EQ(code(get(u"/whole"_qs)), 0);
 

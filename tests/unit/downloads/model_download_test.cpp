@@ -213,7 +213,22 @@ INSTANTIATE_TEST_SUITE_P(
         Failure{"/redirect/17", "too many HTTP redirects"}, Failure{"/loop", "too many HTTP redirects"},
         Failure{"/insecure", "The resource could not be loaded because the App Transport Security policy "
                              "requires the use of a secure connection."},
-        Failure{"/nonsense", "There was a bad response from the server."}));
+        Failure{"/foreign", "unsupported URL"}, Failure{"/to-a-file", "unsupported URL"},
+        Failure{"/nonsense", "There was a bad response from the server."},
+        Failure{"/claims/-5", "There was a bad response from the server."},
+        Failure{"/claims/99999999999999999999", "There was a bad response from the server."},
+        Failure{"/claims/9223372036854775807", "The network connection was lost."},
+        Failure{"/endless-head", "There was a bad response from the server."},
+        Failure{"/endless-header", "There was a bad response from the server."},
+        Failure{"/nul-in-head", "There was a bad response from the server."}));
+
+TEST_F(ModelDownloadTest, anAnswerWithoutContentIsAnEmptyFile)
+{
+    download(u"/no-content"_qs);
+    EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)}))
+        << "neither size nor content of a file is checked";
+    EXPECT_EQ(contentOf(path(u"ggml-tiny.bin"_qs)), "");
+}
 
 TEST_F(ModelDownloadTest, aFailureToWriteIsToldFirstAndTheCancellationThatItCausesLast)
 {
@@ -356,6 +371,48 @@ TEST_F(ModelDownloadTest, itIsTheCallerWhoPreventsASecondStart)
     EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloading{}));
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(server->requests().size(), requests + 2);
+    EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)}));
+    EXPECT_TRUE(contentOf(path(u"ggml-tiny.bin"_qs)) == ModelServer::body(defaultSize));
+}
+
+TEST_F(ModelDownloadTest, aReplacedDownloadSaysNoMoreAndTouchesNoFileOfTheNextOne)
+{
+    models->startDownload(tiny(u"/drip?delay=0.05&size=3000000"_qs));
+    ASSERT_TRUE(waitForBytes(1));
+    for (int i = 0; i < 3; ++i)
+        models->startDownload(tiny(u"/drip?delay=0.05"_qs));
+    statuses.clear();
+    ASSERT_TRUE(waitForEnd());
+    for (const Status &status : statuses) {
+        const auto *downloading = std::get_if<ModelStatus::Downloading>(&status);
+        EXPECT_TRUE(!downloading || downloading->state.totalBytesExpected == defaultSize) << "a report of the old one";
+        EXPECT_FALSE(std::holds_alternative<ModelStatus::Failed>(status));
+    }
+    EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)}));
+    EXPECT_TRUE(contentOf(path(u"ggml-tiny.bin"_qs)) == ModelServer::body(defaultSize));
+    EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin"_qs});
+}
+
+TEST_F(ModelDownloadTest, aFailedReplacementCanBeTriedAgain)
+{
+    models->startDownload(tiny(u"/silent"_qs));
+    models->startDownload(tiny(u"/status/404"_qs));
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(models->status(tiny()), failed(u"Server responded with 404"_qs));
+    EXPECT_EQ(files(), QStringList());
+    download(u"/whole"_qs);
+    EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)}));
+}
+
+TEST_F(ModelDownloadTest, retriesInTheVeryMomentOfTheFailure)
+{
+    for (int i = 0; i < 40; ++i) {
+        download(u"/status-stalls/503"_qs);
+        ASSERT_EQ(models->status(tiny()), failed(u"Server responded with 503"_qs));
+        download(u"/whole?size=1000"_qs);
+        ASSERT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)})) << i;
+        models->deleteLocalCopy(tiny());
+    }
 }
 
 TEST_F(ModelDownloadTest, sixDownloadsAtOnceKeepApart)

@@ -112,6 +112,18 @@ TEST_F(DownloadTrackerTest, reportsAtMostEveryFourTenthsOfASecond)
     EXPECT_EQ(reports[1].totalBytesExpected, 100);
 }
 
+TEST_F(DownloadTrackerTest, reportsAgainAfterFourTenthsOfASecondToTheDot)
+{
+    now = 0; // where 0.4 is what it is
+    tracker->reportProgress(10, 100);
+    now = 0.399;
+    tracker->reportProgress(20, 100);
+    EXPECT_EQ(reports.size(), 1u);
+    now = 0.4;
+    tracker->reportProgress(30, 100);
+    EXPECT_EQ(reports.size(), 2u);
+}
+
 TEST_F(DownloadTrackerTest, reportsTheLastPieceOfAKnownSizeHoweverSoonItComes)
 {
     now = 1001;
@@ -121,6 +133,20 @@ TEST_F(DownloadTrackerTest, reportsTheLastPieceOfAKnownSizeHoweverSoonItComes)
     EXPECT_EQ(reports[1], (DownloadState{100, 100, 0.0}));
     tracker->reportProgress(200, -1);
     EXPECT_EQ(reports.size(), 2u) << "no piece of an unknown size is the last";
+}
+
+TEST_F(DownloadTrackerTest, aPieceThatWasHeldBackIsToldWithTheNextOneOnly)
+{
+    now = 1001;
+    tracker->didReceiveData("abc");
+    tracker->didReceiveData("def");
+    now = 1060;
+    QTest::qWait(500);
+    ASSERT_EQ(reports.size(), 1u) << "nothing is told while nothing comes";
+    EXPECT_EQ(reports[0].bytesReceived, 3);
+    tracker->didReceiveData("g");
+    ASSERT_EQ(reports.size(), 2u);
+    EXPECT_EQ(reports[1].bytesReceived, 7);
 }
 
 TEST_F(DownloadTrackerTest, estimatesByTheAverageSpeedSinceTheStart)
@@ -282,6 +308,21 @@ TEST_F(DownloadTrackerTest, throwsAwayAPartialFileOfAnEarlierTry)
     EXPECT_EQ(partial.size(), 0);
     tracker->didReceiveData("new");
     EXPECT_EQ(partial.size(), 3);
+}
+
+TEST_F(DownloadTrackerTest, theEndOfARefusedTryLeavesThePartialFileOfTheNextOneAlone)
+{
+    tracker->start();
+    respond(500, 5);
+    ASSERT_EQ(results.size(), 1u) << "from now on a retry is offered";
+    const auto refused = tracker;
+    makeTracker(folder.filePath(u"ggml-tiny.bin"_qs));
+    tracker->start();
+    tracker->didReceiveData("new");
+    refused->didComplete(Error(u"NSURLErrorDomain"_qs, -999, u"cancelled"_qs));
+    EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin.part"_qs});
+    tracker->didComplete(std::nullopt);
+    EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin"_qs});
 }
 
 TEST_F(DownloadTrackerTest, makesTheFoldersThatAreMissing)

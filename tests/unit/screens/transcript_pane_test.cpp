@@ -295,6 +295,8 @@ TEST_F(TranscriptPaneTest, settingsNameTheLogAndKeepTheBlock)
                                {});
     EXPECT_TRUE(batch.isShown());
     EXPECT_FALSE(batch.hasText());
+    for (const char *field : {"canOpenFullView", "canCopyOutput"})
+        EXPECT_FALSE(batch.property(field).toBool()) << field;
     EXPECT_FALSE(batch.isClearOutputOffered());
     EXPECT_EQ(batch.showLogsLabel(), u"Show Full Logs"_qs);
     EXPECT_EQ(batch.logsTitle(), u"Full Logs"_qs);
@@ -379,6 +381,35 @@ TEST_F(TranscriptPaneTest, theViewerPlaysAndSeeksTheChosenFile)
     EXPECT_EQ(model.currentTime(), 0.0);
     EXPECT_EQ(model.activeSegmentIndex(), std::nullopt);
     EXPECT_FALSE(model.isPlaying());
+}
+
+TEST_F(TranscriptPaneTest, theViewerIsToldOfPlaybackAsSoonAsItChangesWhicheverScreenItIs)
+{
+    for (const auto settings : {filePlayback, microphonePlayback, meetingPlayback, historyPlayback}) {
+        const QString path = bench.file(u"talk.wav"_qs);
+        writeWav(path, 1.0);
+        FakePlayers own;
+        own.duration = 30;
+        PlaybackController playback(settings(), {.file = [path] { return path; }}, own.opener());
+        TranscriptPane shown(run(), {}, {.controller = &playback, .isAvailable = [] { return true; }});
+        const TranscriptWindowModel &model = shown.viewer()->model();
+        playback.togglePlayback();
+        EXPECT_TRUE(model.isPlaying());
+        EXPECT_EQ(model.playbackDuration(), 30.0);
+        own.position = 4;
+        waitFor([&model] { return model.currentTime() == 4.0; });
+        shown.openFullView();
+        shown.viewer()->transcriptWindow()->togglePlay();
+        EXPECT_FALSE(model.isPlaying()) << "a paused player does not run";
+        shown.syncTranscriptWindow();
+        EXPECT_FALSE(model.isPlaying());
+        EXPECT_EQ(model.currentTime(), 4.0);
+        EXPECT_EQ(model.playbackDuration(), 30.0);
+        EXPECT_TRUE(model.isPlaybackAvailable());
+        shown.viewer()->transcriptWindow()->slideTo(9);
+        EXPECT_EQ(model.currentTime(), 9.0);
+        EXPECT_EQ(own.position, 9.0);
+    }
 }
 
 TEST_F(TranscriptPaneTest, anotherFileReleasesThePlayer)
