@@ -173,7 +173,7 @@ TEST_F(HistoryPageRows, cutLongNamesAndTagsWithinTheRow)
 class HistoryPageDetail : public HistoryPageRows {
 protected:
     /// What a screen reader finds behind the list.
-    QStringList detailWords() const
+    QStringList detailWords()
     {
         const QStringList words = spokenWords(accessible(window.get()));
         return words.mid(words.lastIndexOf(screen.detail()->title()));
