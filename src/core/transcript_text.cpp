@@ -63,26 +63,72 @@ QString plainLines(QStringView rawOutput)
     return text;
 }
 
+constexpr QStringView arrow = u" --> ";
+
 constexpr QStringView timedLinePattern =
     u"\\[(\\d{2}):(\\d{2}):(\\d{2}\\.\\d{3}) --> (\\d{2}):(\\d{2}):(\\d{2}\\.\\d{3})\\]\\s*(.*)";
 
-/// Calls `visit(TranscriptSegment)` for each timed line.
+struct TimedLine {
+    QStringView start;
+    QStringView end;
+    QStringView text;
+};
+
+/// Whether a text is "hh:mm:ss.mmm" in the digits 0 to 9.
+bool isPlainTimecode(QStringView text)
+{
+    constexpr QStringView shape = u"00:00:00.000";
+    return text.size() == shape.size()
+           && std::equal(text.begin(), text.end(), shape.begin(), [](QChar unit, QChar wanted) {
+                  return wanted == u'0' ? unit >= u'0' && unit <= u'9' : unit == wanted;
+              });
+}
+
+/// The timed line that stands in a line as the engine prints it: from its beginning and in plain digits. What the
+/// pattern would find there, at a small part of its cost.
+std::optional<TimedLine> plainTimedLine(QStringView line)
+{
+    constexpr qsizetype timecodeSize = 12;
+    constexpr qsizetype endStart = 1 + timecodeSize + arrow.size();
+    constexpr qsizetype bracket = endStart + timecodeSize;
+    if (line.size() <= bracket || line[0] != u'[' || line[bracket] != u']'
+        || line.sliced(1 + timecodeSize, arrow.size()) != arrow)
+        return std::nullopt;
+    const TimedLine timed{line.sliced(1, timecodeSize), line.sliced(endStart, timecodeSize), {}};
+    if (!isPlainTimecode(timed.start) || !isPlainTimecode(timed.end))
+        return std::nullopt;
+    qsizetype text = bracket + 1;
+    while (text < line.size() && hasWhiteSpaceProperty(line[text].unicode()))
+        ++text;
+    return TimedLine{timed.start, timed.end, line.sliced(text)};
+}
+
+/// Calls `visit(TimedLine)` for each timed line.
 template<typename Visitor>
 void forEachTimedLine(QStringView text, bool stripDashes, Visitor visit)
 {
-    RegularExpression timedLine(timedLinePattern);
+    RegularExpression pattern(timedLinePattern);
+    const auto find = [&pattern](QStringView line) {
+        auto timed = plainTimedLine(line);
+        if (timed || !line.contains(arrow))
+            return timed;
+        if (const auto match = pattern.firstMatch(line)) {
+            // The three groups of a time stand side by side with their colons.
+            const auto timecode = [&match](int firstGroup) {
+                return QStringView(match->group(firstGroup).begin(), match->group(firstGroup + 2).end());
+            };
+            timed = TimedLine{timecode(1), timecode(4), match->group(7)};
+        }
+        return timed;
+    };
     forEachLine(text, [&](QStringView line) {
-        const auto match = timedLine.firstMatch(trimmedOfWhitespace(line));
-        if (!match)
+        auto timed = find(trimmedOfWhitespace(line));
+        if (!timed)
             return;
-        const QStringView words = stripDashes ? stripDashMarkers(match->group(7)) : match->group(7);
-        if (trimmedOfWhitespaceAndNewlines(words).isEmpty())
-            return;
-        // The three groups of a time stand side by side with their colons.
-        const auto timecode = [&match](int firstGroup) {
-            return QStringView(match->group(firstGroup).begin(), match->group(firstGroup + 2).end()).toString();
-        };
-        visit(TranscriptSegment{timecode(1), timecode(4), words.toString()});
+        if (stripDashes)
+            timed->text = stripDashMarkers(timed->text);
+        if (!trimmedOfWhitespaceAndNewlines(timed->text).isEmpty())
+            visit(*timed);
     });
 }
 
@@ -97,19 +143,20 @@ QString cleanWhisperOutput(QStringView rawOutput)
 QList<TranscriptSegment> parseTimedSegments(QStringView text, bool stripDashes)
 {
     QList<TranscriptSegment> segments;
-    forEachTimedLine(text, stripDashes,
-                     [&segments](TranscriptSegment &&segment) { segments.append(std::move(segment)); });
+    forEachTimedLine(text, stripDashes, [&segments](const TimedLine &line) {
+        segments.append({line.start.toString(), line.end.toString(), line.text.toString()});
+    });
     return segments;
 }
 
 QList<TranscriptWindowSegment> parseTimedWindowSegments(QStringView text, bool stripDashes)
 {
     QList<TranscriptWindowSegment> segments;
-    forEachTimedLine(text, stripDashes, [&segments](TranscriptSegment &&segment) {
-        const auto start = timecodeSeconds(segment.start);
-        const auto end = timecodeSeconds(segment.end);
+    forEachTimedLine(text, stripDashes, [&segments](const TimedLine &line) {
+        const auto start = timecodeSeconds(line.start);
+        const auto end = timecodeSeconds(line.end);
         if (start && end)
-            segments.append({segment.start, segment.end, segment.text, *start, *end});
+            segments.append({line.start.toString(), line.end.toString(), line.text.toString(), *start, *end});
     });
     return segments;
 }
@@ -173,6 +220,15 @@ QString TranscriptCounts(QStringView text)
 
 std::optional<double> timecodeSeconds(QStringView timecode)
 {
+    if (isPlainTimecode(timecode)) {
+        const auto number = [timecode](qsizetype at, qsizetype digits) {
+            int value = 0;
+            for (const QChar digit : timecode.sliced(at, digits))
+                value = 10 * value + (digit.unicode() - u'0');
+            return value;
+        };
+        return 3600.0 * number(0, 2) + 60.0 * number(3, 2) + (1000 * number(6, 2) + number(9, 3)) / 1000.0;
+    }
     const auto pieces = timecode.split(u':', Qt::SkipEmptyParts);
     if (pieces.size() != 3)
         return std::nullopt;

@@ -93,6 +93,7 @@ void TranscriptionRun::beginRun()
 void TranscriptionRun::forgetOutput()
 {
     m_isTranscriptCleared = false;
+    ++m_outputIdentity;
     m_output.clear();
     m_scanner = {};
     m_segmentWatch = {};

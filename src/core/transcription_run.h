@@ -94,6 +94,8 @@ public:
 
     /// The whole output of the run so far; empty after clearOutput() until the next output or the end.
     const QString &rawOutput() const { return m_output.rawOutput(); }
+    /// A number that is another whenever rawOutput() became another text otherwise than by growing.
+    int outputIdentity() const { return m_outputIdentity; }
     /// The cleaned text as it came; empty after clearTranscript() until the next output or the end.
     QString transcript() const;
     /// What is shown, searched, copied and saved.
@@ -149,6 +151,7 @@ private:
     WhisperRunner::Settings m_settings;
     Hooks m_hooks;
     LiveTranscript m_output;
+    int m_outputIdentity = 0;
     QString m_clearedOutput; // of the run that goes on, and that brings it back
     ProgressScanner m_scanner;
     SegmentWatch m_segmentWatch;

@@ -20,7 +20,8 @@ enum class TextSearchOptions {
 /// A text in the form in which it is compared.
 ///
 /// It is made group by group: a code point with the combining marks and emoji modifiers behind it. Nothing shorter than
-/// a group is ever equal to anything, so "e" is not in "é" where marks count.
+/// a group is ever equal to anything, so "e" is not in "é" where marks count. Groups are folded when they are asked
+/// for, from the beginning of the text or from where beginAt() says.
 class FoldedText {
 public:
     enum class Role {
@@ -41,16 +42,28 @@ public:
         std::size_t group;
     };
 
+    /// @param text must outlive this
     FoldedText(QStringView text, TextSearchOptions options, Role role);
 
-    /// Those with elements; marks at the very beginning may have none.
+    /// Forgets what was folded and goes on at `position`, where a group begins.
+    void beginAt(qsizetype position);
+
+    /// Folds the next group. Returns false behind the last one.
+    bool foldNext();
+    void foldAll();
+
+    /// What was folded so far. Those with elements; marks at the very beginning may have none.
     const std::vector<Group> &groups() const { return m_groups; }
     const std::vector<Element> &elements() const { return m_elements; }
 
 private:
     bool addPlainGroup(QStringView group, qsizetype start, UChar32 first);
-    void addGroup(QStringView group, qsizetype start, UChar32 first, TextSearchOptions options, Role role);
+    void addGroup(QStringView group, qsizetype start, UChar32 first);
 
+    QStringView m_text;
+    TextSearchOptions m_options;
+    Role m_role;
+    qsizetype m_next = 0;
     std::vector<Group> m_groups;
     std::vector<Element> m_elements;
 };
@@ -62,6 +75,11 @@ bool extendsGroup(UChar32 codePoint);
 
 /// Whether a code point is a part of a Hangul syllable that is written in parts.
 bool isConjoiningHangul(UChar32 codePoint);
+
+/// The beginning of the first group of `text` at or behind `from` that may have `element` as its first one when it is
+/// folded for TextSearchOptions::caseInsensitive; the size of the text if there is none.
+/// @param from where a group begins, or the end
+qsizetype nextGroupThatMayBeginWith(UChar32 element, QStringView text, qsizetype from);
 
 using Utf16Units = QVarLengthArray<char16_t, 1024>;
 

@@ -38,7 +38,8 @@ TextSearch::TextSearch(QStringView needle, TextSearchOptions options)
     : m_options(options)
 {
     icu::UnicodeString decomposed;
-    const FoldedText folded(needle, options, FoldedText::Role::needle);
+    FoldedText folded(needle, options, FoldedText::Role::needle);
+    folded.foldAll();
     for (const FoldedText::Element &element : folded.elements()) {
         m_elements.push_back(element.codePoint);
         decomposed += element.codePoint;
@@ -100,37 +101,68 @@ void TextSearch::forEachHit(QStringView text, Visitor visit) const
     }
 }
 
+/// The same where the text cannot be folded unit by unit.
 template<typename Visitor>
 void TextSearch::forEachFoldedHit(QStringView text, Visitor visit) const
 {
-    const FoldedText folded(text, m_options, FoldedText::Role::text);
-    const auto &groups = folded.groups();
-    for (std::size_t group = 0; group < groups.size();) {
-        if (folded.elements()[groups[group].firstElement].codePoint != m_elements.front()) {
-            ++group;
-            continue;
-        }
-        const auto end = endOfMatch(folded, group);
-        const TextRange hit{groups[group].start, end ? end->position - groups[group].start : 0};
+    if (m_options == TextSearchOptions::caseInsensitive)
+        forEachHitByGroups(text, visit);
+    else
+        forEachHitOfAllGroups(text, visit);
+}
+
+/// Folds only where a hit may begin, and as far as it goes.
+template<typename Visitor>
+void TextSearch::forEachHitByGroups(QStringView text, Visitor visit) const
+{
+    FoldedText folded(text, m_options, FoldedText::Role::text);
+    const auto next = [this, text](qsizetype from) {
+        return nextGroupThatMayBeginWith(m_elements.front(), text, from);
+    };
+    for (qsizetype at = next(0); at < text.size();) {
+        folded.beginAt(at);
+        folded.foldNext();
+        const auto end = endOfMatch(folded, 0);
+        const TextRange hit{at, end ? end->position - at : 0};
         if (!end || isRefused(text, hit)) {
-            ++group;
+            at = next(folded.groups().front().end);
             continue;
         }
         if (!visit(hit))
+            return;
+        at = next(end->position);
+    }
+}
+
+template<typename Visitor>
+void TextSearch::forEachHitOfAllGroups(QStringView text, Visitor visit) const
+{
+    FoldedText folded(text, m_options, FoldedText::Role::text);
+    folded.foldAll();
+    const auto &groups = folded.groups();
+    for (std::size_t group = 0; group < groups.size();) {
+        const auto end = endOfMatch(folded, group);
+        if (!end) {
+            ++group;
+            continue;
+        }
+        if (!visit(TextRange{groups[group].start, end->position - groups[group].start}))
             return;
         group = end->group + 1;
     }
 }
 
-/// The end of a match that begins with the group `first`, or none if there is no match.
-std::optional<TextSearch::MatchEnd> TextSearch::endOfMatch(const FoldedText &text, std::size_t first) const
+/// The end of a match that begins with the group `first`, or none if there is no match. Folds on as far as it must.
+std::optional<TextSearch::MatchEnd> TextSearch::endOfMatch(FoldedText &text, std::size_t first) const
 {
     const auto &elements = text.elements();
     std::size_t next = text.groups()[first].firstElement;
     for (const UChar32 codePoint : m_elements) {
         while (next < elements.size() && elements[next].codePoint != codePoint && elements[next].isOptional)
             ++next;
-        if (next == elements.size() || elements[next].codePoint != codePoint)
+        if (next == elements.size() && !text.foldNext())
+            return std::nullopt;
+        if (elements[next].codePoint != codePoint)
             return std::nullopt;
         ++next;
     }
@@ -142,10 +174,11 @@ std::optional<TextSearch::MatchEnd> TextSearch::endOfMatch(const FoldedText &tex
     return MatchEnd{last.group, last.isOptional ? group.end : group.coreEnd};
 }
 
-bool TextSearch::isRefused(QStringView text, TextRange hit) const
+/// Whether a hit where marks count ends within a user-perceived character for what would be cut off.
+bool TextSearch::isRefused(QStringView text, TextRange hit)
 {
     const qsizetype end = hit.start + hit.length;
-    return m_options == TextSearchOptions::caseInsensitive && end < text.size() && isHeldTogetherAt(text, end);
+    return end < text.size() && isHeldTogetherAt(text, end);
 }
 
 bool isHeldTogetherAt(QStringView text, qsizetype place)

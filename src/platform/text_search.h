@@ -47,8 +47,12 @@ private:
     void forEachHit(QStringView text, Visitor visit) const;
     template<typename Visitor>
     void forEachFoldedHit(QStringView text, Visitor visit) const;
-    std::optional<MatchEnd> endOfMatch(const FoldedText &text, std::size_t first) const;
-    bool isRefused(QStringView text, TextRange hit) const;
+    template<typename Visitor>
+    void forEachHitByGroups(QStringView text, Visitor visit) const;
+    template<typename Visitor>
+    void forEachHitOfAllGroups(QStringView text, Visitor visit) const;
+    std::optional<MatchEnd> endOfMatch(FoldedText &text, std::size_t first) const;
+    static bool isRefused(QStringView text, TextRange hit);
 
     TextSearchOptions m_options;
     std::vector<UChar32> m_elements; // the folded needle

@@ -7,6 +7,7 @@
 #include <unicode/utext.h>
 
 #include <limits>
+#include <utility>
 
 namespace sorvanta {
 
@@ -44,22 +45,30 @@ QStringView trimmedOfWhitespaceAndNewlines(QStringView text)
 
 struct GraphemeClusters::Iterator {
     explicit Iterator(QStringView text)
+        : boundaries(std::move(spare))
     {
         UErrorCode status = U_ZERO_ERROR;
-        boundaries.reset(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        if (!boundaries)
+            boundaries.reset(icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
         utext_openUChars(&source, reinterpret_cast<const UChar *>(text.utf16()), text.size(), &status);
         if (boundaries)
             boundaries->setText(&source, status);
     }
     ~Iterator()
     {
-        boundaries.reset();
+        spare = std::move(boundaries);
         utext_close(&source);
     }
+    Iterator(const Iterator &) = delete;
+    Iterator &operator=(const Iterator &) = delete;
 
+    // Making one costs more than walking over a line. A spare one does not look at its text before it gets another.
+    static thread_local std::unique_ptr<icu::BreakIterator> spare;
     UText source = UTEXT_INITIALIZER;
     std::unique_ptr<icu::BreakIterator> boundaries;
 };
+
+thread_local std::unique_ptr<icu::BreakIterator> GraphemeClusters::Iterator::spare;
 
 GraphemeClusters::GraphemeClusters(QStringView text)
     : m_text(text)

@@ -1,6 +1,7 @@
 """Drives a window as a person with a screen reader would: by the roles and names that it tells, and by the actions
 that it offers."""
 
+import copy
 import time
 
 import gi
@@ -39,6 +40,12 @@ class AccessibleWindow:
                 raise NotFound(f"the application ended with {self._process.returncode} while waiting for {what}")
             time.sleep(0.05)
         raise NotFound(f"waited in vain for {what}; there is: {self.summary()}")
+
+    def inside(self, title):
+        """The same, limited to the application's window with that title, once it is there."""
+        limited = copy.copy(self)
+        limited._application = self.expect(title, [Atspi.Role.FRAME, Atspi.Role.WINDOW, Atspi.Role.DIALOG])
+        return limited
 
     def nodes(self):
         """All showing parts of the tree, in reading order."""

@@ -1,11 +1,10 @@
 #!/usr/bin/python3
 """Light and dark as the desktop wishes, wide and small."""
 
-import pathlib
 import subprocess
-import sys
 import time
 
+from desktop_wish import DesktopWish
 from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
 NOTHING = (0, 0, 0)  # the display without a window
@@ -17,29 +16,7 @@ LONG_NAME = "A very long name of a recording that no window can show in one line
 SMALL = (720, 480)
 
 
-class AppearanceTest(WindowTest):
-    def setUp(self):
-        super().setUp()
-        self.portal = None
-
-    def tearDown(self):
-        if self.portal:
-            self.portal.stdin.close()
-            self.portal.wait(timeout=10)
-            self.portal.stdout.close()
-        super().tearDown()
-
-    def wish(self, scheme):
-        """Tells the desktop's wish: 0 none, 1 dark, 2 light."""
-        if not self.portal:
-            script = pathlib.Path(__file__).with_name("settings_portal.py")
-            self.portal = self.session.start([sys.executable, script, scheme], stdin=subprocess.PIPE,
-                                             stdout=subprocess.PIPE, text=True)
-            self.assertEqual(self.portal.stdout.readline(), "ready\n")
-            return
-        self.portal.stdin.write(f"{scheme}\n")
-        self.portal.stdin.flush()
-
+class AppearanceTest(DesktopWish, WindowTest):
     def color(self):
         return self.session.pixel(*PLAIN)
 

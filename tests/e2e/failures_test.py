@@ -1,8 +1,6 @@
 #!/usr/bin/python3
 """What goes wrong, and what stays whole all the same."""
 
-import subprocess
-
 from virtual_session import kill
 from window_test import FIRST_LINES, WindowTest, main
 
@@ -12,10 +10,6 @@ HAS_MODEL = "Need another model? Open Models Settings to download it."
 
 
 class FailuresTest(WindowTest):
-    def clipboard(self):
-        return subprocess.run([self.build / "tests/e2e/print_clipboard"], env=self.session.environment, check=True,
-                              capture_output=True, timeout=20).stdout.decode()
-
     def test_a_failure_of_the_engine_is_shown_with_its_log_and_can_be_copied(self):
         self.accept_policies()
         self.models_folder().mkdir(parents=True)

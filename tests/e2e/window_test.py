@@ -100,6 +100,10 @@ class WindowTest(unittest.TestCase):
             time.sleep(0.02)
         return self.engines()
 
+    def clipboard(self):
+        return subprocess.run([self.build / "tests/e2e/print_clipboard"], env=self.session.environment, check=True,
+                              capture_output=True, timeout=20).stdout.decode()
+
     def eventually(self, condition, what, patience=10.0):
         end = time.monotonic() + patience
         while time.monotonic() < end:
@@ -109,10 +113,11 @@ class WindowTest(unittest.TestCase):
         self.fail(f"waited in vain for {what}")
 
 
-def main():
+def main(size=(1200, 700)):
+    """@param size of the display"""
     WindowTest.build = pathlib.Path(sys.argv.pop(1)).resolve()
     (WindowTest.build / "tests/e2e").mkdir(parents=True, exist_ok=True)
-    with VirtualSession() as session:
+    with VirtualSession(size=size) as session:
         WindowTest.session = session
         WindowTest.media = Media(session.folder / "media")
         unittest.main(verbosity=2, warnings="ignore")

@@ -6,6 +6,7 @@ import Sorvanta.Viewer
 Rectangle {
     id: row
 
+    required property LineList lines
     required property TranscriptWindowView view
     required property int index
     required property string text
@@ -18,12 +19,6 @@ Rectangle {
         "rounded": Theme.roundedFamily,
         "serif": Theme.serifFamily
     })
-
-    signal focusLeft
-
-    function takeFocus() {
-        words.forceActiveFocus(Qt.TabFocusReason);
-    }
 
     objectName: "line-" + index
     height: column.height + 12
@@ -45,27 +40,16 @@ Rectangle {
             font.weight: Font.Normal
         }
 
-        TextEdit {
+        LineText {
             id: words
 
             objectName: "words"
             width: parent.width
+            lines: row.lines
+            row: row.index
             text: row.text
-            textFormat: TextEdit.PlainText
-            wrapMode: TextEdit.Wrap
-            readOnly: true
-            selectByMouse: true
-            selectByKeyboard: true
-            color: Theme.text
-            selectionColor: Theme.accent
-            selectedTextColor: Theme.accentOn
             font.family: row.families[row.view.fontDesign]
             font.pixelSize: row.view.fontSize
-            Accessible.role: Accessible.StaticText
-            Accessible.name: row.text
-            KeyNavigation.priority: KeyNavigation.BeforeItem
-            Keys.onTabPressed: row.focusLeft()
-            Keys.onBacktabPressed: row.focusLeft()
         }
     }
 

@@ -1,5 +1,7 @@
 #include "app/viewer/transcript_rows.h"
 
+#include "platform/unicode_text.h"
+
 #include <algorithm>
 
 namespace sorvanta {
@@ -9,7 +11,8 @@ TranscriptRows::TranscriptRows(const TranscriptWindowModel &model, QObject *pare
     , m_model(model)
     , m_active(model.activeSegmentIndex().value_or(-1))
 {
-    readTranscript();
+    readTranscriptFrom(0);
+    m_count = static_cast<int>(readLines());
     connect(&model, &TranscriptWindowModel::transcriptChanged, this, &TranscriptRows::takeTranscript);
     connect(&model, &TranscriptWindowModel::segmentsChanged, this, &TranscriptRows::takeSegments);
     connect(&model, &TranscriptWindowModel::activeSegmentIndexChanged, this, &TranscriptRows::moveActive);
@@ -22,7 +25,8 @@ int TranscriptRows::rowCount(const QModelIndex &parent) const
 
 QVariant TranscriptRows::data(const QModelIndex &index, int role) const
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+    // While the end of rows is announced, their lines are gone.
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || index.row() >= readLines())
         return {};
     switch (role) {
     case Qt::DisplayRole:
@@ -44,7 +48,12 @@ QHash<int, QByteArray> TranscriptRows::roleNames() const
 
 QStringView TranscriptRows::line(qsizetype index) const
 {
-    return m_model.segments().isEmpty() ? m_lines.line(index) : QStringView(m_model.segments()[index].text);
+    if (!m_model.segments().isEmpty())
+        return m_model.segments()[index].text;
+    const auto next = static_cast<std::size_t>(index) + 1;
+    const qsizetype start = m_starts[next - 1];
+    const qsizetype end = next < m_starts.size() ? m_starts[next] - 1 : m_end;
+    return QStringView(m_model.transcript()).sliced(start, end - start);
 }
 
 QString TranscriptRows::times(qsizetype row) const
@@ -55,35 +64,60 @@ QString TranscriptRows::times(qsizetype row) const
     return segment.start + QStringLiteral(" → ") + segment.end;
 }
 
-void TranscriptRows::readTranscript()
+/// Finds the lines of the transcript from `position` on, where one begins; those before it are known.
+void TranscriptRows::readTranscriptFrom(qsizetype position)
 {
-    const bool isShown = m_model.segments().isEmpty() && !m_model.transcript().isEmpty();
-    if (isShown)
-        m_lines.setText(m_model.transcript());
-    else
-        m_lines.setLines({});
-    m_count = static_cast<int>(m_model.segments().isEmpty() ? m_lines.lineCount() : m_model.segments().size());
+    if (!m_model.segments().isEmpty() || m_model.transcript().isEmpty())
+        return;
+    m_end = m_model.transcript().size();
+    forEachLine(QStringView(m_model.transcript()).sliced(position), [this, position](QStringView line) mutable {
+        m_starts.push_back(position);
+        position += line.size() + 1;
+    });
 }
 
-void TranscriptRows::takeTranscript()
+qsizetype TranscriptRows::readLines() const
 {
-    if (m_model.segments().isEmpty())
-        reset();
-    else
+    return m_model.segments().isEmpty() ? static_cast<qsizetype>(m_starts.size()) : m_model.segments().size();
+}
+
+void TranscriptRows::takeTranscript(qsizetype kept)
+{
+    if (!m_model.segments().isEmpty()) {
         emit linesChanged(m_count); // none of them, yet the text is another
+        return;
+    }
+    if (kept == 0 || m_starts.empty()) {
+        reset();
+        return;
+    }
+    const auto behind = std::upper_bound(m_starts.begin(), m_starts.end(), kept);
+    const qsizetype oldEnd = behind == m_starts.end() ? m_end : *behind - 1;
+    const auto removed = static_cast<qsizetype>(m_starts.end() - behind) + 1;
+    const qsizetype start = *(behind - 1);
+    m_starts.erase(behind - 1, m_starts.end());
+    const auto first = static_cast<qsizetype>(m_starts.size());
+    readTranscriptFrom(start);
+    const auto added = static_cast<qsizetype>(m_starts.size()) - first;
+    const qsizetype same = oldEnd == kept && line(first).size() == kept - start ? 1 : 0;
+    replaceRows(first + same, removed - same, added - same);
 }
 
 void TranscriptRows::takeSegments(qsizetype first, qsizetype removed, qsizetype added)
 {
-    const qsizetype before = first + removed;
-    if (before == 0 || m_model.segments().isEmpty()) { // lines of the transcript give way to segments, or come back
+    if (first + removed == 0 || m_model.segments().isEmpty()) // lines of the transcript give way, or come back
         reset();
-        return;
-    }
+    else
+        replaceRows(first, removed, added);
+}
+
+/// Announces that the lines from `first` on gave place to others.
+void TranscriptRows::replaceRows(qsizetype first, qsizetype removed, qsizetype added)
+{
     const int firstRow = static_cast<int>(first);
     const int kept = static_cast<int>(std::min(removed, added));
     if (removed > kept) {
-        beginRemoveRows({}, firstRow + kept, static_cast<int>(before) - 1);
+        beginRemoveRows({}, firstRow + kept, static_cast<int>(first + removed) - 1);
         m_count = firstRow + kept;
         endRemoveRows();
     }
@@ -102,7 +136,9 @@ void TranscriptRows::takeSegments(qsizetype first, qsizetype removed, qsizetype 
 void TranscriptRows::reset()
 {
     beginResetModel();
-    readTranscript();
+    m_starts.clear();
+    readTranscriptFrom(0);
+    m_count = static_cast<int>(readLines());
     endResetModel();
     emit countChanged();
     emit linesChanged(0);

@@ -5,6 +5,8 @@
 
 #include <QAbstractListModel>
 
+#include <vector>
+
 namespace sorvanta {
 
 /// The display lines of a viewer as rows: the text of each segment or, without segments, the lines of the transcript.
@@ -33,15 +35,19 @@ Q_SIGNALS:
     void linesChanged(qsizetype firstLine);
 
 private:
-    void readTranscript();
-    void takeTranscript();
+    void readTranscriptFrom(qsizetype position);
+    qsizetype readLines() const;
+    void takeTranscript(qsizetype kept);
     void takeSegments(qsizetype first, qsizetype removed, qsizetype added);
+    void replaceRows(qsizetype first, qsizetype removed, qsizetype added);
     void reset();
     void moveActive();
     QString times(qsizetype row) const;
 
     const TranscriptWindowModel &m_model;
-    StoredLines m_lines; // of the transcript, while there are no segments
+    // The lines of the transcript while there are no segments: where they begin, and where the last one ends.
+    std::vector<qsizetype> m_starts;
+    qsizetype m_end = 0;
     int m_count = 0;
     int m_active = -1;
 };

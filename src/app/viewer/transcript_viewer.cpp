@@ -3,6 +3,7 @@
 #include "platform/desktop/desktop.h"
 #include "platform/unicode_text.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace sorvanta {
@@ -34,7 +35,39 @@ void TranscriptViewer::openTranscriptWindow()
 
 void TranscriptViewer::syncTranscriptWindow()
 {
+    m_lineEnds.clear();
     m_model.setTranscript(m_screen.text());
+    syncBehindTranscript();
+}
+
+void TranscriptViewer::textChanged(qsizetype firstLine)
+{
+    if (!m_transcriptWindow)
+        return;
+    if (!m_screen.lines || firstLine == 0) {
+        syncTranscriptWindow();
+        return;
+    }
+    takeTranscriptFrom(firstLine);
+    syncBehindTranscript();
+}
+
+void TranscriptViewer::takeTranscriptFrom(qsizetype firstLine)
+{
+    const TextLines &lines = *m_screen.lines;
+    m_lineEnds.resize(std::min(m_lineEnds.size(), static_cast<std::size_t>(firstLine)));
+    for (auto line = static_cast<qsizetype>(m_lineEnds.size()); line < firstLine; ++line)
+        m_lineEnds.push_back((line == 0 ? 0 : m_lineEnds.back() + 1) + lines.line(line).size());
+    QString changed;
+    for (qsizetype line = firstLine; line < lines.lineCount(); ++line) {
+        changed += u'\n';
+        changed += lines.line(line);
+    }
+    m_model.replaceTranscriptFrom(m_lineEnds.back(), changed);
+}
+
+void TranscriptViewer::syncBehindTranscript()
+{
     m_model.setCounts(m_screen.counts());
     syncSegments();
     m_model.setPlaybackAvailable(m_screen.isPlaybackAvailable());
@@ -79,14 +112,23 @@ void TranscriptViewer::syncSegments()
         parseSegments();
 }
 
+/// Whether `output` begins with the finished lines that were parsed.
+bool TranscriptViewer::hasGrown(QStringView output) const
+{
+    if (m_screen.outputIdentity)
+        return m_parsedIdentity == m_screen.outputIdentity() && output.size() >= m_parsedEnd;
+    return output.startsWith(QStringView(m_parsed).first(m_finishedEnd));
+}
+
 void TranscriptViewer::parseSegments()
 {
     const QString output = m_screen.rawOutput();
     const bool strips = m_screen.stripsSegments();
-    const bool isSameOption = strips == m_parsedStripping;
-    if (isSameOption && output == m_parsed) // a string that is shared is not compared
+    const bool hasGrown = strips == m_parsedStripping && this->hasGrown(output);
+    // A string that is shared is not compared.
+    if (hasGrown && (m_screen.outputIdentity ? output.size() == m_parsedEnd : output == m_parsed))
         return;
-    if (!isSameOption || !QStringView(output).startsWith(QStringView(m_parsed).first(m_finishedEnd))) {
+    if (!hasGrown) {
         m_finishedEnd = 0;
         m_finishedSegments = 0;
     }
@@ -99,8 +141,12 @@ void TranscriptViewer::parseSegments()
     const qsizetype unfinished = parseTimedWindowSegments(fresh.sliced(lastLine), strips).size();
     m_finishedSegments = m_model.segments().size() - unfinished;
     m_finishedEnd += lastLine;
-    m_parsed = output;
+    m_parsedEnd = output.size();
     m_parsedStripping = strips;
+    if (m_screen.outputIdentity)
+        m_parsedIdentity = m_screen.outputIdentity();
+    else
+        m_parsed = output;
 }
 
 } // namespace sorvanta

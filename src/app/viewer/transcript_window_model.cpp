@@ -9,7 +9,16 @@ void TranscriptWindowModel::setTranscript(const QString &transcript)
     if (m_transcript == transcript)
         return;
     m_transcript = transcript;
-    emit transcriptChanged();
+    emit transcriptChanged(0);
+}
+
+void TranscriptWindowModel::replaceTranscriptFrom(qsizetype kept, QStringView added)
+{
+    if (QStringView(m_transcript).sliced(kept) == added)
+        return;
+    m_transcript.truncate(kept);
+    m_transcript += added;
+    emit transcriptChanged(kept);
 }
 
 void TranscriptWindowModel::setCounts(const QString &counts)
@@ -106,7 +115,6 @@ void TranscriptWindowModel::setPlaybackDuration(double seconds)
 void TranscriptWindowModel::indexFrom(qsizetype first)
 {
     m_latestEnds.resize(static_cast<std::size_t>(first));
-    m_latestEnds.reserve(static_cast<std::size_t>(m_segments.size()));
     m_ordered = std::min(m_ordered, first);
     for (qsizetype i = first; i < m_segments.size(); ++i) {
         const TranscriptWindowSegment &segment = m_segments[i];

@@ -25,6 +25,9 @@ public:
     const QString &transcript() const { return m_transcript; }
     void setTranscript(const QString &transcript);
 
+    /// Keeps the first `kept` UTF-16 units of the transcript, and `added` comes behind them.
+    void replaceTranscriptFrom(qsizetype kept, QStringView added);
+
     const QString &counts() const { return m_counts; }
     void setCounts(const QString &counts);
 
@@ -59,7 +62,8 @@ public:
     void setPlaybackDuration(double seconds);
 
 Q_SIGNALS:
-    void transcriptChanged();
+    /// @param kept how many UTF-16 units at the beginning are as they were
+    void transcriptChanged(qsizetype kept);
     void countsChanged();
     /// All segments from `first` on gave place to `added` ones.
     /// @param removed how many there were

@@ -1,45 +1,25 @@
 import QtQuick
 import Sorvanta.Style
 
-// A line of a log, selectable.
+// A line of a log.
 Item {
     id: row
 
+    required property LineList lines
+    required property int index
     required property string text
-    property bool isSelected: false
-
-    signal pressed
 
     height: words.height
-    onIsSelectedChanged: mark()
-    Component.onCompleted: mark()
 
-    function mark() {
-        if (isSelected)
-            words.selectAll();
-        else
-            words.deselect();
-    }
-
-    TextEdit {
+    LineText {
         id: words
 
         x: 11
         width: row.width - 30
+        lines: row.lines
+        row: row.index
         text: row.text
-        textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.Wrap
-        readOnly: true
-        selectByMouse: true
-        persistentSelection: row.isSelected
-        color: Theme.text
-        selectionColor: Theme.accent
-        selectedTextColor: Theme.accentOn
         font.family: Theme.monospacedFamily
         font.pixelSize: 12
-        Accessible.role: Accessible.StaticText
-        Accessible.name: row.text
-        onActiveFocusChanged: if (activeFocus) row.pressed()
-        onTextChanged: row.mark()
     }
 }

@@ -5,8 +5,7 @@ import QtQuick.Controls
 import Sorvanta.Style
 import Sorvanta.Screens
 
-// What the tool printed. A log may be very long, so rows are made for what is in sight only; Ctrl+A and Ctrl+C take
-// all of it.
+// What the tool printed.
 Dialog {
     id: sheet
 
@@ -19,9 +18,9 @@ Dialog {
     width: Math.min(640, parent ? parent.width - 32 : 640)
     height: Math.min(440, parent ? parent.height - 32 : 440)
     onIsWantedChanged: isWanted ? open() : close()
-    onOpened: lines.forceActiveFocus(Qt.TabFocusReason)
+    onOpened: logLines.forceActiveFocus(Qt.TabFocusReason)
     onClosed: {
-        lines.isAllSelected = false;
+        logLines.isAllSelected = false;
         pane.showLogsSheet = false;
     }
 
@@ -46,26 +45,19 @@ Dialog {
         radius: Theme.controlRadius
         color: Theme.well
 
-        ListView {
-            id: lines
-
-            property bool isAllSelected: false
+        LineList {
+            id: logLines
 
             objectName: "logLines"
             anchors.fill: parent
             anchors.margins: 1
             topMargin: 11
             bottomMargin: 11
-            clip: true
+            lineHeight: 32
             model: sheet.pane.log
-            currentIndex: -1 // a line is selected as text, not as a row
-            boundsBehavior: Flickable.StopAtBounds
             cacheBuffer: 200
-            keyNavigationEnabled: false
-            activeFocusOnTab: true
-            Accessible.role: Accessible.List
             Accessible.name: sheet.title
-            Keys.forwardTo: [logKeys, scrollKeys]
+            onCopyAllWanted: sheet.pane.copyLog()
 
             ScrollBar.vertical: ScrollBar {
                 leftPadding: 1
@@ -76,30 +68,8 @@ Dialog {
 
             delegate: LogRow {
                 width: ListView.view.width
-                isSelected: lines.isAllSelected
-                onPressed: lines.isAllSelected = false
+                lines: logLines
             }
-        }
-
-        Item {
-            id: logKeys
-
-            Keys.onPressed: event => {
-                if (event.matches(StandardKey.SelectAll)) {
-                    lines.isAllSelected = true;
-                    event.accepted = true;
-                } else if (event.matches(StandardKey.Copy) && lines.isAllSelected) {
-                    sheet.pane.copyLog();
-                    event.accepted = true;
-                }
-            }
-        }
-
-        ScrollKeys {
-            id: scrollKeys
-
-            view: lines
-            lineHeight: 32
         }
 
         BodyText {
@@ -113,7 +83,7 @@ Dialog {
         }
 
         FocusRing {
-            visible: lines.activeFocus
+            visible: logLines.activeFocus
         }
     }
 

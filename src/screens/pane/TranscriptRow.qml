@@ -3,10 +3,11 @@ import Sorvanta.Style
 import Sorvanta.Screens
 import Sorvanta.Viewer
 
-// A line of a transcript, selectable, with the hits of the search painted behind its letters.
+// A line of a transcript, with the hits of the search painted behind its letters.
 Item {
     id: row
 
+    required property LineList lines
     required property TranscriptPaneContent pane
     required property int index
     required property string text
@@ -14,22 +15,15 @@ Item {
     objectName: "line-" + index
     height: words.height
 
-    TextEdit {
+    LineText {
         id: words
 
         x: 15
         width: row.width - 30
+        lines: row.lines
+        row: row.index
         text: row.text
-        textFormat: TextEdit.PlainText
-        wrapMode: TextEdit.Wrap
-        readOnly: true
-        selectByMouse: true
-        color: Theme.text
-        selectionColor: Theme.accent
-        selectedTextColor: Theme.accentOn
         font.pixelSize: 14
-        Accessible.role: Accessible.StaticText
-        Accessible.name: row.text
     }
 
     LineMarks {

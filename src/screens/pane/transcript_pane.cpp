@@ -19,7 +19,8 @@ TranscriptPane::Content contentOf(TranscriptionRun &run)
             .stripDashes = [&run] { return run.stripDashes(); },
             .setStripDashes = [&run](bool stripDashes) { run.setStripDashes(stripDashes); },
             .clearOutput = [&run] { run.clearOutput(); },
-            .clearError = [&run] { run.setError(std::nullopt); }};
+            .clearError = [&run] { run.setError(std::nullopt); },
+            .outputIdentity = [&run] { return run.outputIdentity(); }};
 }
 
 } // namespace
@@ -63,7 +64,7 @@ void TranscriptPane::textChanged(qsizetype firstLine)
         emit emptyLogTextChanged();
     }
     m_hasText = m_content.lines.lineCount() > 0;
-    syncOpenWindow();
+    m_viewer.textChanged(firstLine);
 }
 
 void TranscriptPane::takeStripDashes()
@@ -72,20 +73,13 @@ void TranscriptPane::takeStripDashes()
     m_search.recomputeMatches();
     emit stripDashesChanged();
     m_viewer.stripDashesChanged();
-    syncOpenWindow();
+    m_viewer.textChanged(0);
 }
 
 void TranscriptPane::count(qsizetype firstLine)
 {
     m_counter.recountFrom(firstLine);
     m_counts = countsText(m_counter.counts());
-}
-
-/// A closed window is brought up to date when it opens, so that a long run does not copy its text for nobody.
-void TranscriptPane::syncOpenWindow()
-{
-    if (m_viewer.transcriptWindow())
-        m_viewer.syncTranscriptWindow();
 }
 
 QList<int> TranscriptPane::hitsInRow(int row) const
@@ -160,7 +154,9 @@ TranscriptViewer::Screen TranscriptPane::viewerScreen()
                 [controller](double seconds) {
                     if (controller)
                         controller->seekPlayback(seconds);
-                }};
+                },
+            .lines = &m_content.lines,
+            .outputIdentity = m_content.outputIdentity};
 }
 
 void TranscriptPane::followPlayback()

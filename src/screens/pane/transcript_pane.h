@@ -64,6 +64,8 @@ public:
         std::function<void(bool)> setStripDashes;
         std::function<void()> clearOutput; ///< empties all of the screen's fields that it clears, but for `error`
         std::function<void()> clearError;
+        /// Gives another number whenever `rawOutput` changed otherwise than by growing; spares the viewer work.
+        std::function<int()> outputIdentity = {};
     };
 
     /// What plays the screen's audio, for the viewer window.
@@ -148,7 +150,6 @@ private:
     TranscriptViewer::Screen viewerScreen();
     void followPlayback();
     void count(qsizetype firstLine);
-    void syncOpenWindow();
 
     const Content m_content;
     const TranscriptPaneSettings m_settings;

@@ -198,6 +198,26 @@ TEST_F(TranscriptPaneUi, paintedTextCanBeSelected)
     EXPECT_TRUE(row->childItems().first()->property("selectedText").toString().endsWith("harbour."));
 }
 
+TEST_F(TranscriptPaneUi, linesAreSelectedAndCopiedByKeys)
+{
+    showRunning();
+    tabTo(item("transcriptLines"));
+    press(Qt::Key_Return);
+    press(Qt::Key_Down);
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(pasteboard(), "It");
+    savePicture("pane-line-selected");
+    press(Qt::Key_A, Qt::ControlModifier);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(pasteboard(), run().displayedTranscript());
+    savePicture("pane-all-selected");
+    EXPECT_EQ(window->activeFocusItem(), item("transcriptLines"));
+    press(Qt::Key_Tab);
+    EXPECT_TRUE(item("fullViewButton")->hasActiveFocus());
+}
+
 TEST_F(TranscriptPaneUi, centresTheRowOfTheCurrentHit)
 {
     showFinished(longTalk(1000));

@@ -216,8 +216,67 @@ TEST_F(ViewerWindow, linesAreSelectedByMouseAndKeyboard)
     press(Qt::Key_Right, Qt::ShiftModifier);
     press(Qt::Key_Right, Qt::ShiftModifier);
     EXPECT_EQ(part(row(0), "words")->property("selectedText").toString(), "li");
+    press(Qt::Key_Down);
+    EXPECT_EQ(window->activeFocusItem(), part(row(1), "words"));
+    EXPECT_EQ(part(row(0), "words")->property("selectedText").toString(), "") << "one selection at a time";
+    press(Qt::Key_End, Qt::ShiftModifier);
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("line 1 of a talk"));
+    press(Qt::Key_Up);
+    EXPECT_EQ(window->activeFocusItem(), part(row(0), "words"));
     press(Qt::Key_Tab);
-    EXPECT_TRUE(list()->hasActiveFocus());
+    EXPECT_EQ(window->activeFocusItem(), list()) << "Tab leaves the line";
+    press(Qt::Key_Tab);
+    EXPECT_FALSE(list()->hasActiveFocus());
+}
+
+TEST_F(ViewerWindow, allLinesAreSelectedAndCopiedByKeys)
+{
+    fill(10);
+    open();
+    click(part(row(1), "words"));
+    press(Qt::Key_A, Qt::ControlModifier);
+    for (const int shown : {0, 1, 2})
+        EXPECT_EQ(part(row(shown), "words")->property("selectedText"), part(row(shown), "words")->property("text"));
+    press(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), text);
+    click(part(row(2), "words"));
+    EXPECT_EQ(part(row(0), "words")->property("selectedText").toString(), "") << "a click ends it";
+}
+
+TEST_F(ViewerWindow, arrowsGoThroughTheDisplayedLinesOfARowFirst)
+{
+    fill(10);
+    open();
+    view().setFontSize(40);
+    tabTo(list());
+    press(Qt::Key_Return);
+    QQuickItem *words = part(row(0), "words");
+    ASSERT_EQ(window->activeFocusItem(), words);
+    const int displayed = words->property("lineCount").toInt();
+    ASSERT_GT(displayed, 1);
+    for (int line = 1; line < displayed; ++line)
+        press(Qt::Key_Down);
+    EXPECT_EQ(window->activeFocusItem(), words);
+    press(Qt::Key_Down);
+    EXPECT_EQ(window->activeFocusItem(), part(row(1), "words"));
+}
+
+TEST_F(ViewerWindow, arrowsGoOnIntoLinesThatAreOutOfSight)
+{
+    fill(200);
+    open();
+    tabTo(list());
+    press(Qt::Key_Return);
+    for (int presses = 0; presses < 100; ++presses) {
+        const int before = window->activeFocusItem()->property("row").toInt();
+        press(Qt::Key_Down);
+        const QQuickItem *words = window->activeFocusItem();
+        ASSERT_EQ(words->objectName(), "words") << "behind row " << before;
+        ASSERT_LE(words->property("row").toInt() - before, 1);
+        ASSERT_TRUE(place(list()).contains(place(words).center())) << "the focus is in sight";
+    }
+    EXPECT_GT(window->activeFocusItem()->property("row").toInt(), 30);
 }
 
 TEST_F(ViewerWindow, optionsAreSetByTheirControls)

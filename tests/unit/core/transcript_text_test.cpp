@@ -1,8 +1,12 @@
 #include "core/transcript_text.h"
 
+#include "platform/regular_expression.h"
+#include "platform/unicode_text.h"
 #include "support/printing.h"
 
 #include <gtest/gtest.h>
+
+#include <random>
 
 using namespace sorvanta;
 
@@ -175,6 +179,51 @@ TEST(ParseTimedWindowSegments, countsDigitsThatAreNoNumbersAsZero)
     ASSERT_EQ(segments.size(), 1);
     EXPECT_EQ(segments[0].startSeconds, 0.0);
     EXPECT_EQ(segments[0].start, u"٠١:٠٠:٠٠.٠٠٠"_qs);
+}
+
+/// What is found in a line by the pattern alone.
+QList<TranscriptSegment> segmentsByPattern(QStringView line)
+{
+    RegularExpression pattern(u"\\[(\\d{2}:\\d{2}:\\d{2}\\.\\d{3}) --> (\\d{2}:\\d{2}:\\d{2}\\.\\d{3})\\]\\s*(.*)");
+    const auto match = pattern.firstMatch(trimmedOfWhitespace(line));
+    if (!match || trimmedOfWhitespaceAndNewlines(match->group(3)).isEmpty())
+        return {};
+    return {{match->group(1).toString(), match->group(2).toString(), match->group(3).toString()}};
+}
+
+TEST(ParseTimedSegments, findsWhatThePatternFindsInAlmostTimedLines)
+{
+    const QString timed = u"[00:01:02.500 --> 01:00:09.250]   words"_qs;
+    const QString others = u"[]:.-> 0٣９a\u00A0\u200B\u3000🙂"_qs;
+    std::mt19937 random(5);
+    int found = 0;
+    for (int round = 0; round < 20000; ++round) {
+        QString line = timed;
+        for (unsigned change = random() % 4; change > 0; --change) {
+            const qsizetype at = static_cast<qsizetype>(random()) % line.size();
+            const QChar other = others[static_cast<qsizetype>(random()) % others.size()];
+            if (random() % 2 == 0)
+                line[at] = other;
+            else
+                line.insert(at, other);
+        }
+        if (random() % 8 == 0)
+            line += timed;
+        const auto expected = segmentsByPattern(line);
+        found += static_cast<int>(expected.size());
+        ASSERT_EQ(parseTimedSegments(line, false), expected) << line.toStdString();
+    }
+    EXPECT_GT(found, 5000);
+    EXPECT_LT(found, 19000);
+}
+
+TEST(TimecodeSeconds, isTheSameInPlainDigitsAsPieceByPiece)
+{
+    for (int milliseconds = 0; milliseconds < 60000; milliseconds += 7) {
+        const QString seconds =
+            u"%1.%2"_qs.arg(milliseconds / 1000, 2, 10, QChar(u'0')).arg(milliseconds % 1000, 3, 10, QChar(u'0'));
+        EXPECT_EQ(timecodeSeconds(u"01:59:"_qs + seconds), secondsOfTimecode(u"01", u"59", seconds));
+    }
 }
 
 TEST(TimecodeSeconds, needsThreePieces)

@@ -266,6 +266,31 @@ TEST(TextSearch, equalsTheRulesWrittenOutForAnyTexts)
     EXPECT_GT(found, 10000) << "texts that never meet would prove nothing";
 }
 
+TEST(TextSearch, findsEveryCodePointBesideMarksWhereTheRulesSay)
+{
+    QList<char32_t> codePoints = {0xFA6C,  0x1B44, 0x302E,  0x1D15E, 0x1D160,
+                                  0x2F800, 0xFFFF, 0x1F3FD, 0x16FF0, 0x10FFFD};
+    for (char32_t each = 1; each < 0x20000; each += 37)
+        codePoints << each;
+    int found = 0;
+    for (const char32_t codePoint : codePoints) {
+        const QString one = QString::fromUcs4(&codePoint, 1);
+        for (const QString &needle : {one, one.toUpper(), one + u"\u0323"_qs}) {
+            for (const QString &text : {one + u"\u0323 x\u0323"_qs + one + u'y' + one.toUpper(),
+                                        u"\u0334"_qs + one + u"\u0323\u0334 "_qs + one + u"\uFE0F"_qs}) {
+                std::vector<TextRange> expected;
+                for (const auto &[start, end] : SearchReference::hits(needle, text))
+                    expected.push_back({start, end - start});
+                ASSERT_EQ(TextSearch(needle, TextSearchOptions::caseInsensitive).hits(text), expected)
+                    << needle.toStdString() << " in " << text.toStdString() << ", " << std::hex
+                    << static_cast<std::uint32_t>(codePoint);
+                found += static_cast<int>(expected.size());
+            }
+        }
+    }
+    EXPECT_GT(found, static_cast<int>(codePoints.size()));
+}
+
 TEST(TextSearch, findsWithoutMarksWhateverItFindsWithThem)
 {
     int found = 0;

@@ -1,5 +1,8 @@
 #include "app/viewer/transcript_viewer.h"
+#include "core/transcript_lines_model.h"
+#include "platform/unicode_text.h"
 #include "support/printing.h"
+#include "support/random_output.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -101,6 +104,153 @@ TEST_F(TranscriptViewerTest, segmentsAreThoseOfTheWholeOutputOverAllChunkings)
             ASSERT_EQ(model.segments(), parseTimedWindowSegments(output, strips)) << "round " << round;
         }
     }
+}
+
+/// A viewer over a run's output while it grows, as a pane holds it.
+class GrowingViewer : public testing::Test {
+protected:
+    void append(QStringView piece)
+    {
+        const LiveTranscript::Change change = output.append(piece);
+        lines.apply(change);
+        viewer.textChanged(change.first);
+    }
+    void clear()
+    {
+        output.clear();
+        ++identity;
+        lines.reset();
+        viewer.textChanged(0);
+    }
+    QString shown() const { return displayedTranscript(output.rawOutput(), {}, lines.stripDashes()); }
+    static QStringList rowsOf(TranscriptRows &rows)
+    {
+        QStringList texts;
+        for (int row = 0; row < rows.rowCount(); ++row)
+            texts << rows.data(rows.index(row), TranscriptRows::TextRole).toString();
+        return texts;
+    }
+    /// The rows as a list that only hears of changes has them.
+    static void follow(TranscriptRows &rows, QStringList &texts)
+    {
+        const auto read = [&rows, &texts](int first, int last) {
+            for (int row = first; row <= last; ++row)
+                texts[row] = rows.data(rows.index(row), TranscriptRows::TextRole).toString();
+        };
+        QObject::connect(&rows, &QAbstractItemModel::modelReset, [&] { texts = rowsOf(rows); });
+        QObject::connect(&rows, &QAbstractItemModel::rowsRemoved, [&texts](const QModelIndex &, int first, int last) {
+            texts.erase(texts.begin() + first, texts.begin() + last + 1);
+        });
+        QObject::connect(&rows, &QAbstractItemModel::rowsInserted,
+                         [&texts, read](const QModelIndex &, int first, int last) {
+                             texts.insert(first, last - first + 1, QString());
+                             read(first, last);
+                         });
+        QObject::connect(&rows, &QAbstractItemModel::dataChanged,
+                         [read](const QModelIndex &first, const QModelIndex &last) { read(first.row(), last.row()); });
+    }
+    /// What a viewer has to show of the whole output.
+    QStringList expectedRows() const
+    {
+        QStringList texts;
+        for (const auto &segment : parseTimedWindowSegments(output.rawOutput(), lines.stripDashes()))
+            texts << segment.text;
+        if (texts.isEmpty() && !shown().isEmpty())
+            forEachLine(shown(), [&texts](QStringView line) { texts << line.toString(); });
+        return texts;
+    }
+
+    LiveTranscript output;
+    TranscriptLinesModel lines{output};
+    int identity = 0;
+    TranscriptViewer viewer{{
+        .text = [this] { return shown(); },
+        .counts = [this] { return TranscriptCounts(shown()); },
+        .rawOutput = [this] { return output.rawOutput(); },
+        .stripsSegments = [this] { return lines.stripDashes(); },
+        .isPlaybackAvailable = [] { return false; },
+        .isPlaying = [] { return false; },
+        .currentTime = [] { return 0.0; },
+        .playbackDuration = [] { return 0.0; },
+        .stripDashes = {.get = [] { return false; }, .set = [](bool) {}},
+        .togglePlay = [] {},
+        .seek = [](double) {},
+        .lines = &lines,
+        .outputIdentity = [this] { return identity; },
+    }};
+};
+
+TEST_F(GrowingViewer, showsWhatThePureFunctionsGiveOverAllChunkings)
+{
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        RandomOutput random(seed);
+        viewer.closeTranscriptWindow();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); // the rows that are followed
+        clear();
+        viewer.openTranscriptWindow();
+        TranscriptRows &rows = *viewer.transcriptWindow()->rows();
+        viewer.transcriptWindow()->setSearchText(u"e"_qs);
+        QStringList texts = rowsOf(rows);
+        follow(rows, texts);
+        const QString whole = random.text() + random.text();
+        for (qsizetype at = 0; at < whole.size();) {
+            const qsizetype size = random.pieceSize();
+            append(QStringView(whole).mid(at, size));
+            at += size;
+            if (random.number(0, 30) == 0) {
+                lines.setStripDashes(!lines.stripDashes());
+                viewer.textChanged(0);
+            }
+            if (random.number(0, 60) == 0)
+                clear();
+            const std::string where = "seed " + std::to_string(seed) + ", up to " + std::to_string(at);
+            ASSERT_EQ(viewer.model().transcript(), shown()) << where;
+            ASSERT_EQ(viewer.model().counts(), TranscriptCounts(shown())) << where;
+            ASSERT_EQ(viewer.model().segments(), parseTimedWindowSegments(output.rawOutput(), lines.stripDashes()))
+                << where;
+            ASSERT_EQ(rowsOf(rows), expectedRows()) << where;
+            ASSERT_EQ(texts, expectedRows()) << "as announced; " << where;
+            TranscriptSearchState fresh(rows);
+            fresh.setSearchText(u"e"_qs);
+            ASSERT_EQ(viewer.transcriptWindow()->matches(), fresh.matches()) << where;
+        }
+    }
+}
+
+TEST_F(GrowingViewer, holdsNoCopyOfTheOutput)
+{
+    viewer.openTranscriptWindow();
+    append(u"[00:00:00.000 --> 00:00:01.000]   One\n");
+    EXPECT_TRUE(output.rawOutput().isDetached()) << "else the next chunk would copy all of it";
+    append(u"[00:00:01.000 --> 00:00:02.000]   Two\n");
+    EXPECT_TRUE(output.rawOutput().isDetached());
+    EXPECT_EQ(viewer.model().segments().size(), 2);
+}
+
+TEST_F(GrowingViewer, anotherOutputOfTheSameLengthIsReadFromItsBeginning)
+{
+    viewer.openTranscriptWindow();
+    append(u"[00:00:00.000 --> 00:00:01.000]   One\n");
+    output.clear();
+    ++identity;
+    output.append(u"[00:00:07.000 --> 00:00:08.000]   Six\n");
+    viewer.updateActiveSegment(7.5);
+    EXPECT_EQ(viewer.model().segments(), parseTimedWindowSegments(output.rawOutput(), false));
+    EXPECT_EQ(viewer.model().activeSegmentIndex(), 0);
+}
+
+TEST_F(GrowingViewer, aClosedWindowIsBroughtUpToDateWhenItOpens)
+{
+    append(u"[00:00:00.000 --> 00:00:01.000]   One\n");
+    EXPECT_EQ(viewer.model().transcript(), QString()) << "nothing is done for nobody";
+    viewer.openTranscriptWindow();
+    EXPECT_EQ(viewer.model().transcript(), u"One"_qs);
+    viewer.closeTranscriptWindow();
+    append(u"[00:00:01.000 --> 00:00:02.000]   Two\n");
+    viewer.openTranscriptWindow();
+    append(u"[00:00:02.000 --> 00:00:03.000]   Three\n");
+    EXPECT_EQ(viewer.model().transcript(), u"One\nTwo\nThree"_qs);
+    EXPECT_EQ(viewer.model().segments().size(), 3);
 }
 
 TEST_F(TranscriptViewerTest, marksTheSegmentAtATimeAndReadsNewOutputFirst)
