@@ -60,6 +60,11 @@ Item {
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 4
+
+            HistoryPage {
+                anchors.fill: parent
+                view: frame.content.detail.historyScreen
+            }
         }
 
         Section {

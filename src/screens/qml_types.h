@@ -1,5 +1,6 @@
 #pragma once
 
+#include "audio/playback_controller.h"
 #include "core/language_choice.h"
 #include "core/log_lines_model.h"
 #include "core/run_state.h"
@@ -61,6 +62,13 @@ struct LanguageChoiceForQml {
     Q_GADGET
     QML_FOREIGN(sorvanta::LanguageChoice)
     QML_NAMED_ELEMENT(LanguageChoice)
+    QML_UNCREATABLE("held by a screen")
+};
+
+struct PlaybackControllerForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::PlaybackController)
+    QML_NAMED_ELEMENT(PlaybackController)
     QML_UNCREATABLE("held by a screen")
 };
 
