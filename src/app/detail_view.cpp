@@ -27,6 +27,13 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
           .panels = panels,
           .resourceFolder = resourceFolder,
       })
+    , m_batchScreen({
+          .models = ModelsSettingsViewModel::shared(),
+          .history = TranscriptionHistoryStore::shared(),
+          .panels = panels,
+          .resourceFolder = resourceFolder,
+      })
+    , m_historyScreen({.history = TranscriptionHistoryStore::shared(), .panels = panels})
     , m_modelsScreen({
           .viewModel = ModelsSettingsViewModel::shared(),
           .recommendedModelID = QStringLiteral("large-v3-turbo"),
@@ -37,6 +44,8 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
     m_fileScreen.appear();
     m_microphoneScreen.appear();
     m_meetingScreen.appear();
+    m_batchScreen.appear();
+    m_historyScreen.appear();
     m_modelsScreen.appear();
 }
 

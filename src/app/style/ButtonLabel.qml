@@ -1,7 +1,7 @@
 import QtQuick
 import Sorvanta.Style
 
-// What stands in a button: a symbol, its text, and the arrow of a menu.
+// What stands in a button: a symbol, or what turns while something goes on, its text, and the arrow of a menu.
 Item {
     id: content
 
@@ -15,7 +15,7 @@ Item {
     property bool opensMenu: false
     property bool busy: false
 
-    readonly property real extraWidth: (busy ? 14 + spacing : 0) + (symbol ? symbolSize + spacing : 0) + (opensMenu ? 14 + spacing : 0)
+    readonly property real extraWidth: (symbol || busy ? symbolSize + spacing : 0) + (opensMenu ? 14 + spacing : 0)
 
     implicitWidth: label.implicitWidth + extraWidth
     implicitHeight: 18
@@ -24,18 +24,20 @@ Item {
         anchors.centerIn: parent
         spacing: content.spacing
 
-        BusyMark {
-            visible: content.busy
-            anchors.verticalCenter: parent.verticalCenter
-            color: label.color
-        }
-
         Icon {
             visible: symbol !== ""
             anchors.verticalCenter: parent.verticalCenter
             symbol: content.symbol
             size: content.symbolSize
             color: content.symbolColor
+        }
+
+        Spinner {
+            visible: content.busy
+            anchors.verticalCenter: parent.verticalCenter
+            width: content.symbolSize
+            height: content.symbolSize
+            color: content.color
         }
 
         Text {

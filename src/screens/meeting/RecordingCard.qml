@@ -199,7 +199,7 @@ Card {
             visible: card.run.hasError
             width: parent.width
             topPadding: 8
-            offersCopy: false
+            isCopyOffered: false
             message: card.run.errorText
         }
     }
