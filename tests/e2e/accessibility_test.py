@@ -109,7 +109,7 @@ class AccessibilityTest(WindowTest):
         self.check(window, SECTIONS + [
             (Role.PUSH_BUTTON, "Record"), (Role.PROGRESS_BAR, "Level"), (Role.PUSH_BUTTON, "Play Recording"),
             (Role.PUSH_BUTTON, "Save Audio"), *FORM[1:], *TRANSCRIBE])
-        self.assertEqual(window.names([Role.HEADING])[1:], ["Record From Microphone", "Microphone"])
+        self.assertEqual(window.names([Role.HEADING])[1:], ["Record From Microphone", "Microphone", "No recording yet"])
 
     def test_the_models_section(self):
         self.provide_model(name="ggml-large-v3-turbo.bin")
