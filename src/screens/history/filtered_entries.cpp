@@ -22,7 +22,9 @@ constexpr char border = '\xff'; // no text has this byte
 
 QByteArray formOf(const QString &text, const QString &sourceLabel, const QString &model)
 {
-    return lowerCaseForm(text) + border + lowerCaseForm(sourceLabel) + border + lowerCaseForm(model);
+    QByteArray form = lowerCaseForm(text) + border + lowerCaseForm(sourceLabel) + border + lowerCaseForm(model);
+    form.squeeze(); // it grew piece by piece, and stays
+    return form;
 }
 
 /// A stretch of rows that one list has and the other one has not.
