@@ -55,11 +55,21 @@ Item {
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 3
+
+            BatchProcessingPage {
+                anchors.fill: parent
+                view: frame.content.detail.batchScreen
+            }
         }
 
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 4
+
+            HistoryPage {
+                anchors.fill: parent
+                view: frame.content.detail.historyScreen
+            }
         }
 
         Section {

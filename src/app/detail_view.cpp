@@ -21,6 +21,13 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
           .panels = panels,
           .resourceFolder = resourceFolder,
       })
+    , m_batchScreen({
+          .models = ModelsSettingsViewModel::shared(),
+          .history = TranscriptionHistoryStore::shared(),
+          .panels = panels,
+          .resourceFolder = resourceFolder,
+      })
+    , m_historyScreen({.history = TranscriptionHistoryStore::shared(), .panels = panels})
     , m_modelsScreen({
           .viewModel = ModelsSettingsViewModel::shared(),
           .recommendedModelID = QStringLiteral("large-v3-turbo"),
@@ -30,6 +37,8 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
     // A hidden screen is on show as far as it knows, so each takes its first step now.
     m_fileScreen.appear();
     m_microphoneScreen.appear();
+    m_batchScreen.appear();
+    m_historyScreen.appear();
     m_modelsScreen.appear();
 }
 

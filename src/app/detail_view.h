@@ -1,6 +1,8 @@
 #pragma once
 
+#include "screens/batch/batch_processing_view.h"
 #include "screens/file/transcript_from_file_view.h"
+#include "screens/history/history_view.h"
 #include "screens/microphone/record_audio_view.h"
 #include "screens/models/models_settings_view.h"
 
@@ -19,6 +21,8 @@ class DetailView : public QObject {
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
     Q_PROPERTY(sorvanta::RecordAudioView *microphoneScreen READ microphoneScreen CONSTANT)
+    Q_PROPERTY(sorvanta::BatchProcessingView *batchScreen READ batchScreen CONSTANT)
+    Q_PROPERTY(sorvanta::HistoryView *historyScreen READ historyScreen CONSTANT)
     Q_PROPERTY(sorvanta::ModelsSettingsView *modelsScreen READ modelsScreen CONSTANT)
 
 public:
@@ -28,11 +32,15 @@ public:
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
     RecordAudioView *microphoneScreen() { return &m_microphoneScreen; }
+    BatchProcessingView *batchScreen() { return &m_batchScreen; }
+    HistoryView *historyScreen() { return &m_historyScreen; }
     ModelsSettingsView *modelsScreen() { return &m_modelsScreen; }
 
 private:
     TranscriptFromFileView m_fileScreen;
     RecordAudioView m_microphoneScreen;
+    BatchProcessingView m_batchScreen;
+    HistoryView m_historyScreen;
     ModelsSettingsView m_modelsScreen;
 };
 

@@ -3,9 +3,7 @@
 #include "core/languages.h"
 #include "core/transcript_text.h"
 #include "platform/console.h"
-#include "platform/error.h"
 #include "platform/main_queue.h"
-#include "platform/unicode_text.h"
 #include "platform/worker.h"
 
 #include <QPointer>
@@ -16,14 +14,10 @@
 namespace sorvanta {
 
 TranscriptionRun::TranscriptionRun(WhisperRunner::Settings settings, Hooks hooks, QObject *parent)
-    : QObject(parent)
+    : RunState(parent)
     , m_settings(std::move(settings))
     , m_hooks(std::move(hooks))
 {
-    m_isStatusShown.setBinding([this] {
-        const bool isProgressRowSpeaking = m_isTranscribing.value() && m_isProgressKnown.value();
-        return !m_status.value().isEmpty() && !isProgressRowSpeaking;
-    });
 }
 
 TranscriptionRun::~TranscriptionRun()
@@ -82,33 +76,17 @@ void TranscriptionRun::forgetEndedAttempts()
 
 void TranscriptionRun::beginRun()
 {
-    m_isTranscribing = true;
     m_clearedOutput.clear();
     forgetOutput();
-    m_error = std::nullopt;
-    m_status = QStringLiteral("Preparing…");
-    m_progress.begin(TranscriptionProgress::Clock::now());
-    m_stopFlag = std::make_shared<std::atomic<bool>>(false);
-    m_isStopping = false;
-    m_activeProcess = nullptr;
-    announceProgress();
+    beginState();
     announceText(0);
-}
-
-void TranscriptionRun::beginPreparation(const QString &status)
-{
-    m_isTranscribing = true;
-    m_status = status;
-    m_progress.progress = std::nullopt;
-    m_progress.etaText = QStringLiteral("Estimating…");
-    announceProgress();
 }
 
 void TranscriptionRun::endPreparation()
 {
     setStopping(false);
-    m_activeProcess = nullptr;
-    m_isTranscribing = false;
+    setActiveProcess(nullptr);
+    setTranscribing(false);
 }
 
 void TranscriptionRun::forgetOutput()
@@ -119,34 +97,6 @@ void TranscriptionRun::forgetOutput()
     m_scanner = {};
     m_segmentWatch = {};
     m_lines.reset();
-}
-
-void TranscriptionRun::stopRun()
-{
-    if (!m_isTranscribing || m_isStopping)
-        return;
-    setStopping(true);
-    m_status = QStringLiteral("Stopping…");
-    if (m_activeProcess)
-        m_activeProcess->terminate();
-}
-
-QString TranscriptionRun::errorText() const
-{
-    QString text = error().value_or(QString());
-    while (!text.isEmpty() && isNewline(text.back().unicode()))
-        text.chop(1);
-    return text;
-}
-
-QString TranscriptionRun::progressText() const
-{
-    return hasProgress() ? sorvanta::progressText(*progress()) : QString();
-}
-
-QString TranscriptionRun::remainingText() const
-{
-    return etaText().isEmpty() ? QStringLiteral("Estimating…") : etaText();
 }
 
 QString TranscriptionRun::transcript() const
@@ -164,14 +114,13 @@ void TranscriptionRun::clearTranscript()
 
 void TranscriptionRun::clearOutput()
 {
-    if (m_isTranscribing)
+    if (isTranscribing())
         m_clearedOutput += rawOutput();
     forgetOutput();
-    m_status = QString();
+    setStatus(QString());
     setStopping(false);
-    m_progress = {};
-    m_activeProcess = nullptr;
-    announceProgress();
+    setActiveProcess(nullptr);
+    changeProgress([](TranscriptionProgress &progress) { progress = {}; });
     announceText(0);
     m_hooks.removeTemporaries();
 }
@@ -200,8 +149,9 @@ void TranscriptionRun::takeOutput(const QString &newPiece)
     const LiveTranscript::Change change = m_output.append(piece);
     m_lines.apply(change);
     m_segmentWatch.take(rawOutput(), from, lineStart);
-    m_progress.update(m_scanner.scan(rawOutput(), from, lineStart), TranscriptionProgress::Clock::now());
-    announceProgress();
+    const ProgressMarks &marks = m_scanner.scan(rawOutput(), from, lineStart);
+    changeProgress(
+        [&marks](TranscriptionProgress &progress) { progress.update(marks, TranscriptionProgress::Clock::now()); });
     announceText(change.first);
 }
 
@@ -213,30 +163,14 @@ void TranscriptionRun::finishRun(const Utf8Stream &output)
         m_isTranscriptCleared = false;
         emit transcriptChanged(0);
     }
-    m_status = QStringLiteral("Done");
-    m_progress.finish();
-    announceProgress();
+    setStatus(QStringLiteral("Done"));
+    changeProgress([](TranscriptionProgress &progress) { progress.finish(); });
     endRun(m_hooks.saveToHistory);
 }
 
 void TranscriptionRun::failRun(const std::exception_ptr &failure)
 {
-    std::optional<QString> description;
-    try {
-        std::rethrow_exception(failure);
-    } catch (const CancellationError &) {
-        description = std::nullopt;
-    } catch (const Error &error) {
-        description = error.localizedDescription();
-    } catch (const std::exception &error) {
-        description = QString::fromUtf8(error.what());
-    }
-    if (!description || m_isStopping) {
-        m_status = QStringLiteral("Cancelled");
-    } else {
-        m_error = description;
-        m_status = QString();
-    }
+    takeFailure(failure);
     endRun([] {});
 }
 
@@ -244,24 +178,11 @@ void TranscriptionRun::failRun(const std::exception_ptr &failure)
 void TranscriptionRun::endRun(const std::function<void()> &lastStep)
 {
     setStopping(false);
-    m_activeProcess = nullptr;
+    setActiveProcess(nullptr);
     m_clearedOutput.clear();
     m_hooks.removeTemporaries();
     lastStep();
-    m_isTranscribing = false;
-}
-
-void TranscriptionRun::setStopping(bool isStopping)
-{
-    m_isStopping = isStopping;
-    *m_stopFlag = isStopping;
-}
-
-void TranscriptionRun::announceProgress()
-{
-    m_isProgressKnown = hasProgress();
-    emit progressChanged();
-    emit etaTextChanged();
+    setTranscribing(false);
 }
 
 void TranscriptionRun::announceText(qsizetype firstLine)
@@ -284,7 +205,7 @@ WhisperRunner::Hooks TranscriptionRun::workerHooks()
             [this, isCurrent](const std::shared_ptr<ChildProcess> &process) {
                 postToMain([this, isCurrent, process] {
                     if (isCurrent())
-                        m_activeProcess = process;
+                        setActiveProcess(process);
                 });
             },
         .onOutput =
@@ -294,7 +215,7 @@ WhisperRunner::Hooks TranscriptionRun::workerHooks()
                         takeOutput(piece);
                 });
             },
-        .isStopping = [stopFlag = m_stopFlag] { return stopFlag->load(); },
+        .isStopping = [stopFlag = stopFlag()] { return stopFlag->load(); },
         .print = printOnConsole,
     };
 }

@@ -1,38 +1,26 @@
 #pragma once
 
 #include "core/live_transcript.h"
+#include "core/run_state.h"
 #include "core/segment_watch.h"
 #include "core/transcript_lines_model.h"
 #include "core/transcription_progress.h"
 #include "core/whisper_runner.h"
 
-#include <QObject>
 #include <QObjectBindableProperty>
 #include <QString>
 
-#include <atomic>
 #include <functional>
 #include <future>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace sorvanta {
 
 /// One run of the engine at a time, with all that a screen shows of it: the fields and the protocol that the four
 /// transcription screens share. Main thread only; the work itself is done on a worker.
-class TranscriptionRun : public QObject {
+class TranscriptionRun : public sorvanta::RunState { // the whole name, by which QML finds the base
     Q_OBJECT
-    Q_PROPERTY(bool isTranscribing READ isTranscribing NOTIFY isTranscribingChanged)
-    Q_PROPERTY(bool isStopping READ isStopping NOTIFY isStoppingChanged)
-    Q_PROPERTY(QString status READ status NOTIFY statusChanged)
-    Q_PROPERTY(QString errorText READ errorText NOTIFY errorChanged)
-    Q_PROPERTY(bool hasError READ hasError NOTIFY errorChanged)
-    Q_PROPERTY(double progress READ progressOrZero NOTIFY progressChanged)
-    Q_PROPERTY(bool hasProgress READ hasProgress NOTIFY progressChanged)
-    Q_PROPERTY(QString progressText READ progressText NOTIFY progressChanged)
-    Q_PROPERTY(QString remainingText READ remainingText NOTIFY etaTextChanged)
-    Q_PROPERTY(bool isStatusShown READ isStatusShown NOTIFY isStatusShownChanged)
     Q_PROPERTY(sorvanta::TranscriptLinesModel *lines READ lines CONSTANT)
     Q_PROPERTY(bool hasShownText READ hasShownText NOTIFY hasShownTextChanged)
     Q_PROPERTY(bool hasSegments READ hasSegments NOTIFY hasSegmentsChanged)
@@ -63,44 +51,8 @@ public:
     /// stays, also the wish to stop.
     void startBegun(const QString &audioPath, const QString &modelPath, const QString &language);
 
-    /// Where the run is said to go on already while its audio is prepared: it does from now on, with this status. All
-    /// that an earlier run has left stays until start().
-    void beginPreparation(const QString &status);
-    /// The preparation gave nothing to start with: the run is over.
+    /// The preparation of a run that was begun gave nothing to start with: the run is over.
     void endPreparation();
-
-    /// Asks the run to end. The words of the end come when the child has ended.
-    Q_INVOKABLE void stopRun();
-
-    bool isTranscribing() const { return m_isTranscribing; }
-    bool isStopping() const { return m_isStopping; }
-    bool hasActiveProcess() const { return m_activeProcess != nullptr; }
-
-    /// One line under the controls; may be empty.
-    const QString &status() const { return m_status.value(); }
-    void setStatus(const QString &status) { m_status = status; }
-
-    /// The message of the last failure, or none.
-    const std::optional<QString> &error() const { return m_error.value(); }
-    void setError(const std::optional<QString> &error) { m_error = error; }
-    /// The same as it is shown: without the line ends behind it; empty if there is none.
-    QString errorText() const;
-    bool hasError() const { return error().has_value(); }
-
-    /// 0.0 to 1.0, or none as long as the length of the audio is not known.
-    const std::optional<double> &progress() const { return m_progress.progress; }
-    double progressOrZero() const { return progress().value_or(0.0); }
-    bool hasProgress() const { return progress().has_value(); }
-    /// "Progress: 42%"; empty without progress.
-    QString progressText() const;
-    /// "Estimating…", "ETA: 1m 5s", "Done"; empty before the first run.
-    const QString &etaText() const { return m_progress.etaText; }
-    /// `etaText` as the row of a running transcription shows it.
-    QString remainingText() const;
-    std::optional<double> totalDuration() const { return m_progress.totalDuration; }
-
-    /// Whether the status row is there: not when it is empty, nor while the progress row speaks for it.
-    bool isStatusShown() const { return m_isStatusShown; }
 
     /// The whole output of the run so far; empty after clearOutput() until the next output or the end.
     const QString &rawOutput() const { return m_output.rawOutput(); }
@@ -131,13 +83,6 @@ public:
     const QString &runLanguage() const { return m_runLanguage; }
 
 Q_SIGNALS:
-    void isTranscribingChanged();
-    void isStoppingChanged();
-    void statusChanged();
-    void errorChanged();
-    void progressChanged();
-    void etaTextChanged();
-    void isStatusShownChanged();
     void hasShownTextChanged();
     void hasSegmentsChanged();
     void stripDashesChanged();
@@ -149,8 +94,6 @@ private:
     void finishRun(const Utf8Stream &output);
     void failRun(const std::exception_ptr &failure);
     void endRun(const std::function<void()> &lastStep);
-    void setStopping(bool isStopping);
-    void announceProgress();
     void announceText(qsizetype firstLine);
     void forgetOutput();
     void forgetEndedAttempts();
@@ -165,14 +108,10 @@ private:
     QString m_clearedOutput; // of the run that goes on, and that brings it back
     ProgressScanner m_scanner;
     SegmentWatch m_segmentWatch;
-    TranscriptionProgress m_progress;
     TranscriptLinesModel m_lines{m_output};
     bool m_isTranscriptCleared = false;
     QString m_runLanguage;
-    std::shared_ptr<ChildProcess> m_activeProcess;
     std::shared_ptr<ChildProcess> m_process; // of the run that began last, also before it is the active one
-    /// What the worker reads of `isStopping`; each run has its own.
-    std::shared_ptr<std::atomic<bool>> m_stopFlag = std::make_shared<std::atomic<bool>>(false);
 
     /// A run's child and the end of its worker.
     struct Attempt {
@@ -181,12 +120,6 @@ private:
     };
     std::vector<Attempt> m_attempts; // as a rule one; more when a run was started while another went on
 
-    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isTranscribing, &TranscriptionRun::isTranscribingChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isStopping, &TranscriptionRun::isStoppingChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, QString, m_status, &TranscriptionRun::statusChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, std::optional<QString>, m_error, &TranscriptionRun::errorChanged)
-    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isProgressKnown)
-    Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_isStatusShown, &TranscriptionRun::isStatusShownChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_hasShownText, &TranscriptionRun::hasShownTextChanged)
     Q_OBJECT_BINDABLE_PROPERTY(TranscriptionRun, bool, m_hasSegments, &TranscriptionRun::hasSegmentsChanged)
 };

@@ -37,13 +37,6 @@ icu::UnicodeString normalized(const icu::Normalizer2 &normalizer, const icu::Uni
     return normalizer.normalize(text, status);
 }
 
-/// Whether a code point belongs to the group of the one before it.
-bool extendsGroup(UChar32 codePoint)
-{
-    return u_hasBinaryProperty(codePoint, UCHAR_GRAPHEME_EXTEND)
-           || u_hasBinaryProperty(codePoint, UCHAR_EMOJI_MODIFIER);
-}
-
 icu::UnicodeString foldedCase(UChar32 codePoint)
 {
     return icu::UnicodeString(codePoint).foldCase(U_FOLD_CASE_DEFAULT);
@@ -199,6 +192,12 @@ private:
 PlainPairs plainPairs;
 
 } // namespace
+
+bool extendsGroup(UChar32 codePoint)
+{
+    return u_hasBinaryProperty(codePoint, UCHAR_GRAPHEME_EXTEND)
+           || u_hasBinaryProperty(codePoint, UCHAR_EMOJI_MODIFIER);
+}
 
 bool isConjoiningHangul(UChar32 codePoint)
 {

@@ -70,6 +70,9 @@ private:
 
 constexpr UChar32 zeroWidthJoiner = 0x200D;
 
+/// Whether a code point belongs to the group of the one before it.
+bool extendsGroup(UChar32 codePoint);
+
 /// Whether a code point is a part of a Hangul syllable that is written in parts.
 bool isConjoiningHangul(UChar32 codePoint);
 

@@ -178,13 +178,16 @@ std::optional<TextSearch::MatchEnd> TextSearch::endOfMatch(FoldedText &text, std
 bool TextSearch::isRefused(QStringView text, TextRange hit)
 {
     const qsizetype end = hit.start + hit.length;
-    if (end == text.size())
-        return false;
+    return end < text.size() && isHeldTogetherAt(text, end);
+}
+
+bool isHeldTogetherAt(QStringView text, qsizetype place)
+{
     UChar32 last = 0;
     UChar32 next = 0;
-    U16_GET(text.utf16(), 0, end - 1, text.size(), last);
-    U16_GET(text.utf16(), 0, end, text.size(), next);
-    return holdsOn(last, next) && !GraphemeClusters(text).isBorder(end);
+    U16_GET(text.utf16(), 0, place - 1, text.size(), last);
+    U16_GET(text.utf16(), 0, place, text.size(), next);
+    return holdsOn(last, next) && !GraphemeClusters(text).isBorder(place);
 }
 
 } // namespace sorvanta

@@ -59,4 +59,9 @@ private:
     Utf16Units m_units; // the same by foldUnitByUnit(); empty if it cannot be in a text folded like this
 };
 
+/// Whether a joiner or a part of a Hangul syllable holds together what stands on both sides of `place`, so that no hit
+/// may end there.
+/// @param place in UTF-16 units, neither at the beginning nor at the end of the text
+bool isHeldTogetherAt(QStringView text, qsizetype place);
+
 } // namespace sorvanta

@@ -7,7 +7,9 @@ import Sorvanta.Screens
 Item {
     id: row
 
-    required property TranscriptionRun run
+    required property RunState run
+    property bool isStopEnabled: true
+    property string waitingText // in the place of the progress as long as there is none
 
     // The run ended while its button had the focus.
     signal focusLeft
@@ -63,6 +65,18 @@ Item {
         onTriggered: row.focusLeft()
     }
 
+    FootnoteText {
+        objectName: "waitingText"
+        visible: text !== "" && !row.run.hasProgress
+        anchors.left: percentage.left
+        anchors.right: remaining.right
+        anchors.verticalCenter: parent.verticalCenter
+        text: row.waitingText
+        color: Theme.text2
+        elide: Text.ElideMiddle
+        maximumLineCount: 1
+    }
+
     PushButton {
         id: stopButton
 
@@ -71,11 +85,12 @@ Item {
         width: 72
         text: "Stop"
         role: PushButton.Destructive
+        enabled: row.isStopEnabled
         onClicked: row.run.stopRun()
 
         // With the run the button goes, and a focus that stayed on it would be nowhere.
         onVisibleChanged: {
-            if (!visible && activeFocus)
+            if (!visible && focus)
                 leaving.start();
         }
     }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "audio/playback_controller.h"
 #include "core/language_choice.h"
 #include "core/log_lines_model.h"
+#include "core/run_state.h"
 #include "core/transcript_lines_model.h"
 #include "core/transcript_search_state.h"
 #include "core/transcription_run.h"
@@ -13,6 +15,13 @@
 // The types of lower floors that pages of screens read, made known to QML here: those floors know no QML.
 
 namespace sorvanta {
+
+struct RunStateForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::RunState)
+    QML_NAMED_ELEMENT(RunState)
+    QML_UNCREATABLE("held by a screen")
+};
 
 struct TranscriptionRunForQml {
     Q_GADGET
@@ -53,6 +62,13 @@ struct LanguageChoiceForQml {
     Q_GADGET
     QML_FOREIGN(sorvanta::LanguageChoice)
     QML_NAMED_ELEMENT(LanguageChoice)
+    QML_UNCREATABLE("held by a screen")
+};
+
+struct PlaybackControllerForQml {
+    Q_GADGET
+    QML_FOREIGN(sorvanta::PlaybackController)
+    QML_NAMED_ELEMENT(PlaybackController)
     QML_UNCREATABLE("held by a screen")
 };
 

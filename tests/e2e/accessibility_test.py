@@ -129,6 +129,23 @@ class AccessibilityTest(WindowTest):
         self.assertEqual([node.get_description() for node in window.showing([Role.PUSH_BUTTON])],
                          ["Large V3 Turbo", "Large V3 Turbo", "Large V3", "Medium"])
 
+    def test_the_history_section(self):
+        window = self.start_on_file_screen()
+        self.transcribe(window, self.media.speech("talk.wav", 100))
+        window.expect("Done", patience=60)
+        window.press_row("History")
+        window.expect("Open Full View")
+        self.check(window, SECTIONS + [
+            (Role.PUSH_BUTTON, "Reload"), (Role.LIST, "Transcriptions"), (Role.LIST_ITEM, "talk.wav"),
+            (Role.PUSH_BUTTON, "Export"), (Role.PUSH_BUTTON, "Open Full View"), (Role.PUSH_BUTTON, "Delete"),
+            (Role.LIST, "Transcript")])
+        self.assertEqual(window.names([Role.HEADING])[1:], ["History", "talk.wav"])
+        window.press("Delete")
+        window.expect("Delete this history entry?")
+        window.wait(lambda: len(window.names([Role.PUSH_BUTTON])) == 6, "the buttons of the dialog")
+        self.assertEqual(self.offenders(window), [])
+        self.assertEqual(window.names([Role.PUSH_BUTTON])[-2:], ["Cancel", "Delete"])
+
     def test_the_help_section_with_its_text_and_its_links(self):
         window = self.start_on_file_screen()
         window.press_row("Help")

@@ -6,6 +6,7 @@ import pathlib
 import shutil
 import signal
 import subprocess
+import sys
 import tempfile
 
 import screen
@@ -110,6 +111,11 @@ class VirtualSession:
     def resize(self, title, width, height):
         self._xdotool("search", "--sync", "--onlyvisible", "--name", f"^{title}$", "windowsize", str(width),
                       str(height))
+
+    def close(self, title):
+        """Asks a window to close, as the button in its frame does."""
+        script = pathlib.Path(__file__).with_name("close_window.py")
+        subprocess.run([sys.executable, script, title], env=self.environment, check=True, timeout=20)
 
     def opened_addresses(self):
         """What was handed to the browser."""

@@ -11,6 +11,8 @@
 //   grandchild MS   leaves a process behind that holds the outputs open for so long
 //   crash           ends by SIGSEGV
 //   exit STATUS
+//   only TEXT       the commands from here to the next "only" are for audio whose path contains TEXT; for all without
+//   it
 
 #include <chrono>
 #include <csignal>
@@ -98,11 +100,17 @@ int main(int argumentCount, char **arguments)
     if (argumentCount != 7)
         return 98;
     std::ifstream script(arguments[2]);
+    const std::string audio = arguments[4];
+    bool isMeant = true;
     std::string line;
     while (std::getline(script, line)) {
         const std::size_t blank = line.find(' ');
+        const std::string command = line.substr(0, blank);
         const std::string operand = blank == std::string::npos ? std::string() : line.substr(blank + 1);
-        execute(line.substr(0, blank), operand, argumentCount, arguments);
+        if (command == "only")
+            isMeant = audio.find(operand) != std::string::npos;
+        else if (isMeant)
+            execute(command, operand, argumentCount, arguments);
     }
     return 0;
 }

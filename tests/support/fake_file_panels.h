@@ -13,6 +13,12 @@ public:
         m_onChosen = std::move(onChosen);
     }
 
+    void openFiles(const OpenRequest &request, OnFilesChosen onChosen) override
+    {
+        filesRequests << request;
+        m_onFilesChosen = std::move(onChosen);
+    }
+
     void saveFile(const SaveRequest &request, OnChosen onChosen) override
     {
         saveRequests << request;
@@ -27,10 +33,15 @@ public:
     /// Does what a user does who chooses `path`, or who declines.
     void answer(const std::optional<QString> &path) const { m_onChosen(path); }
 
+    /// The same for a panel for any number of files.
+    void answerFiles(const QStringList &paths) const { m_onFilesChosen(paths); }
+
     QList<OpenRequest> requests;
+    QList<OpenRequest> filesRequests;
     QList<SaveRequest> saveRequests;
     QStringList folderPrompts;
 
 private:
     OnChosen m_onChosen;
+    OnFilesChosen m_onFilesChosen;
 };

@@ -1,7 +1,7 @@
 import QtQuick
 import Sorvanta.Style
 
-// What stands in a button: a symbol, its text, and the arrow of a menu.
+// What stands in a button: a symbol, or what turns while something goes on, its text, and the arrow of a menu.
 Item {
     id: content
 
@@ -13,8 +13,9 @@ Item {
     property alias color: label.color
     property int spacing: 8
     property bool opensMenu: false
+    property bool busy: false
 
-    readonly property real extraWidth: (symbol ? symbolSize + spacing : 0) + (opensMenu ? 14 + spacing : 0)
+    readonly property real extraWidth: (symbol || busy ? symbolSize + spacing : 0) + (opensMenu ? 14 + spacing : 0)
 
     implicitWidth: label.implicitWidth + extraWidth
     implicitHeight: 18
@@ -29,6 +30,14 @@ Item {
             symbol: content.symbol
             size: content.symbolSize
             color: content.symbolColor
+        }
+
+        Spinner {
+            visible: content.busy
+            anchors.verticalCenter: parent.verticalCenter
+            width: content.symbolSize
+            height: content.symbolSize
+            color: content.color
         }
 
         Text {

@@ -10,6 +10,7 @@ T.Button {
     property int role: PushButton.Normal
     property bool large: false
     property bool opensMenu: false
+    property bool busy: false
     property bool hot: hovered
     property bool ringed: visualFocus
 
@@ -66,6 +67,7 @@ T.Button {
         color: control.labelColor
         spacing: control.spacing
         opensMenu: control.opensMenu
+        busy: control.busy
     }
 
     background: ControlFrame {

@@ -1,7 +1,7 @@
 import QtQuick
 import Sorvanta.Style
 
-// A small grey label with an icon: a model, a language.
+// A small grey label with an icon: a model, a language. Where it is given less room than it needs, its text is cut.
 Rectangle {
     id: tag
 
@@ -28,7 +28,9 @@ Rectangle {
 
         x: tag.symbol ? 25 : 8
         anchors.verticalCenter: parent.verticalCenter
+        width: tag.width - x - 8
         text: tag.text
+        elide: Text.ElideRight
         Accessible.ignored: true
     }
 }

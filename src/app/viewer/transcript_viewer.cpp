@@ -69,7 +69,7 @@ void TranscriptViewer::takeTranscriptFrom(qsizetype firstLine)
 void TranscriptViewer::syncBehindTranscript()
 {
     m_model.setCounts(m_screen.counts());
-    parseSegments();
+    syncSegments();
     m_model.setPlaybackAvailable(m_screen.isPlaybackAvailable());
     m_model.setPlaying(m_screen.isPlaying());
     m_model.setCurrentTime(m_screen.currentTime());
@@ -78,7 +78,7 @@ void TranscriptViewer::syncBehindTranscript()
 
 void TranscriptViewer::updateActiveSegment(double seconds)
 {
-    parseSegments();
+    syncSegments();
     m_model.setActiveSegmentIndex(m_model.segmentAt(seconds));
 }
 
@@ -102,6 +102,14 @@ void TranscriptViewer::closeTranscriptWindow()
     TranscriptWindowView *closed = std::exchange(m_transcriptWindow, nullptr);
     emit transcriptWindowChanged();
     closed->deleteLater();
+}
+
+void TranscriptViewer::syncSegments()
+{
+    if (m_screen.segments)
+        m_model.setSegments(m_screen.segments());
+    else
+        parseSegments();
 }
 
 /// Whether `output` begins with the finished lines that were parsed.

@@ -28,12 +28,14 @@ class TranscriptViewer : public QObject {
     Q_PROPERTY(sorvanta::TranscriptWindowView *transcriptWindow READ transcriptWindow NOTIFY transcriptWindowChanged)
 
 public:
-    /// How the window gets at its screen. All functions must be set; they are called on the main thread.
+    /// How the window gets at its screen. All functions must be set, but the segments are either given or parsed; they
+    /// are called on the main thread.
     struct Screen {
         std::function<QString()> text; ///< as shown
         std::function<QString()> counts; ///< of that text
-        std::function<QString()> rawOutput; ///< what the segments are parsed from
-        std::function<bool()> stripsSegments; ///< whether dashes are stripped from the segments
+        std::function<QString()> rawOutput = {}; ///< what the segments are parsed from
+        std::function<bool()> stripsSegments = {}; ///< whether dashes are stripped from the segments
+        std::function<QList<TranscriptWindowSegment>()> segments = {}; ///< the segments where none are parsed
         std::function<bool()> isPlaybackAvailable;
         std::function<bool()> isPlaying;
         std::function<double()> currentTime; ///< in seconds
@@ -88,6 +90,7 @@ Q_SIGNALS:
 private:
     void takeTranscriptFrom(qsizetype firstLine);
     void syncBehindTranscript();
+    void syncSegments();
     void parseSegments();
     bool hasGrown(QStringView output) const;
 

@@ -34,20 +34,23 @@ QFileDialog *newPanel(QFileDialog::AcceptMode acceptMode, QFileDialog::FileMode 
 }
 
 /// Shows the panel above the window that has the focus, so that the window manager keeps them together.
-void show(QFileDialog *panel, FilePanels::OnChosen onChosen)
+void showForFiles(QFileDialog *panel, FilePanels::OnFilesChosen onChosen)
 {
     QObject::connect(panel, &QFileDialog::finished, panel, [panel, onChosen = std::move(onChosen)](int result) {
-        const QStringList files = panel->selectedFiles();
-        if (result == QDialog::Accepted && !files.isEmpty())
-            onChosen(files.first());
-        else
-            onChosen(std::nullopt);
+        onChosen(result == QDialog::Accepted ? panel->selectedFiles() : QStringList());
     });
     panel->setWindowModality(Qt::ApplicationModal);
     panel->winId(); // makes the window, which has no handle before
     if (QWindow *const window = panel->windowHandle())
         window->setTransientParent(QGuiApplication::focusWindow());
     panel->show(); // open() would make it modal to one window only
+}
+
+void show(QFileDialog *panel, FilePanels::OnChosen onChosen)
+{
+    showForFiles(panel, [onChosen = std::move(onChosen)](const QStringList &paths) {
+        onChosen(paths.isEmpty() ? std::nullopt : std::optional(paths.first()));
+    });
 }
 
 } // namespace
@@ -57,6 +60,13 @@ void SystemFilePanels::openFile(const OpenRequest &request, OnChosen onChosen)
     QFileDialog *const panel = newPanel(QFileDialog::AcceptOpen, QFileDialog::ExistingFile);
     panel->setNameFilter(nameFilter(request.kind, request.extensions));
     show(panel, std::move(onChosen));
+}
+
+void SystemFilePanels::openFiles(const OpenRequest &request, OnFilesChosen onChosen)
+{
+    QFileDialog *const panel = newPanel(QFileDialog::AcceptOpen, QFileDialog::ExistingFiles);
+    panel->setNameFilter(nameFilter(request.kind, request.extensions));
+    showForFiles(panel, std::move(onChosen));
 }
 
 void SystemFilePanels::saveFile(const SaveRequest &request, OnChosen onChosen)

@@ -24,6 +24,8 @@ public:
     };
     /// Is given the path that was chosen, or none if the panel was declined.
     using OnChosen = std::function<void(const std::optional<QString> &path)>;
+    /// Is given the paths that were chosen, none if the panel was declined.
+    using OnFilesChosen = std::function<void(const QStringList &paths)>;
 
     FilePanels() = default;
     FilePanels(const FilePanels &) = delete;
@@ -32,6 +34,9 @@ public:
 
     /// Shows a panel for one file that exists. Returns at once; what goes on in the application goes on behind it.
     virtual void openFile(const OpenRequest &request, OnChosen onChosen) = 0;
+
+    /// Shows a panel for any number of files that exist, as openFile() does.
+    virtual void openFiles(const OpenRequest &request, OnFilesChosen onChosen) = 0;
 
     /// Shows a panel for a place and a name, as openFile() does. Folders can be made in it. Whether a file that is
     /// there may be replaced is asked by the panel itself.
@@ -46,6 +51,7 @@ public:
 class SystemFilePanels : public FilePanels {
 public:
     void openFile(const OpenRequest &request, OnChosen onChosen) override;
+    void openFiles(const OpenRequest &request, OnFilesChosen onChosen) override;
     void saveFile(const SaveRequest &request, OnChosen onChosen) override;
     void chooseFolder(const QString &prompt, OnChosen onChosen) override;
 };

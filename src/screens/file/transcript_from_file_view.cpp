@@ -13,6 +13,7 @@
 #include "platform/paths.h"
 #include "platform/unicode_text.h"
 #include "platform/worker.h"
+#include "screens/media_drop.h"
 
 #include <QPointer>
 
@@ -21,17 +22,6 @@
 namespace sorvanta {
 
 namespace {
-
-bool isMediaFile(const QUrl &file)
-{
-    const QString extension = pathExtension(file.toLocalFile());
-    return file.isLocalFile() && (isAudioExtension(extension) || isMovieExtension(extension));
-}
-
-bool isMediaFormat(const QString &format)
-{
-    return format.startsWith(QStringLiteral("audio/")) || format.startsWith(QStringLiteral("video/"));
-}
 
 /// The fields of a screen that a preparation writes. The screen may go while the worker still prepares.
 PreparationReport reportTo(const QPointer<TranscriptFromFileView> &screen)
@@ -135,8 +125,7 @@ bool TranscriptFromFileView::dropFiles(const QList<QUrl> &files)
 
 QString TranscriptFromFileView::mediaFormat(const QStringList &formats) const
 {
-    const auto format = std::find_if(formats.begin(), formats.end(), isMediaFormat);
-    return format == formats.end() ? QString() : *format;
+    return firstMediaFormat(formats);
 }
 
 void TranscriptFromFileView::dropData(const QByteArray &data)

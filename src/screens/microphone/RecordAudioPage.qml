@@ -106,7 +106,7 @@ ScrollingPage {
         visible: page.run.hasError
         width: parent.width
         topPadding: page.run.isStatusShown ? 8 : 12
-        offersCopy: false
+        isCopyOffered: false
         message: page.run.errorText
     }
 

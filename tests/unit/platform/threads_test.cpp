@@ -8,9 +8,13 @@
 
 #include <QTest>
 #include <QThread>
+#include <QTimer>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <future>
+#include <thread>
 #include <vector>
 
 using namespace sorvanta;
@@ -33,6 +37,44 @@ TEST(PostToMain, runsWorkOnTheMainThreadInTheOrderOfThePosts)
     ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == 100; }));
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
     EXPECT_FALSE(wasElsewhere);
+}
+
+TEST(PostToMain, leavesTimersTheirTurnsHoweverMuchIsPosted)
+{
+    constexpr int count = 300;
+    std::vector<int> order;
+    QTimer timer;
+    int turns = 0;
+    QObject::connect(&timer, &QTimer::timeout,
+                     [&turns, &order] { turns += order.empty() || order.back() == count - 1 ? 0 : 1; });
+    timer.start(1);
+    runOnWorker([&order] {
+        for (int i = 0; i < count; ++i)
+            postToMain([&order, i] {
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                order.push_back(i);
+            });
+    }).wait();
+    ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == count; }));
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+    EXPECT_GT(turns, 10);
+}
+
+TEST(PostToMain, goesOnInAnEventLoopOfTheWork)
+{
+    std::vector<int> order;
+    postToMain([&order] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        order.push_back(1);
+        EXPECT_TRUE(QTest::qWaitFor([&order] { return order.size() == 3; }, 2000));
+    });
+    postToMain([&order] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        order.push_back(2);
+    });
+    postToMain([&order] { order.push_back(3); });
+    ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == 3; }, 5000));
+    EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
 }
 
 TEST(RunOnWorker, hasRoomForMoreWorkThanThereAreCores)

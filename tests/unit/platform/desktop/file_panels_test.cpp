@@ -39,6 +39,13 @@ protected:
             ++answers;
         };
     }
+    FilePanels::OnFilesChosen onFilesChosen()
+    {
+        return [this](const QStringList &paths) {
+            chosenFiles = paths;
+            ++answers;
+        };
+    }
     void save(const QString &name, const QStringList &extensions = {"txt"})
     {
         panels.saveFile({name, extensions}, onChosen());
@@ -90,6 +97,7 @@ protected:
     QTemporaryDir folder;
     SystemFilePanels panels;
     std::optional<QString> chosen;
+    QStringList chosenFiles;
     int answers = 0;
     int questions = 0;
 };
@@ -219,6 +227,29 @@ TEST_F(Panels, anOpenPanelTakesOneFileOfItsKind)
     type("talk.wav");
     accept();
     EXPECT_EQ(chosen, path("talk.wav"));
+}
+
+TEST_F(Panels, aPanelForManyFilesGivesAllThatWereChosen)
+{
+    make("one.wav");
+    make("two.mp3");
+    make("notes.txt");
+    panels.openFiles({"Audio and video", {"wav", "mp3"}}, onFilesChosen());
+    EXPECT_EQ(panel()->fileMode(), QFileDialog::ExistingFiles);
+    EXPECT_EQ(panel()->acceptMode(), QFileDialog::AcceptOpen);
+    EXPECT_THAT(panel()->nameFilters(), testing::ElementsAre("Audio and video (*.wav *.mp3)"));
+    EXPECT_EQ(panel()->windowModality(), Qt::ApplicationModal);
+    panel()->setDirectory(folder.path());
+    type("\"one.wav\" \"two.mp3\"");
+    accept();
+    EXPECT_THAT(chosenFiles, testing::UnorderedElementsAre(path("one.wav"), path("two.mp3")));
+}
+
+TEST_F(Panels, aDeclinedPanelForManyFilesGivesNone)
+{
+    panels.openFiles({"Audio and video", {"wav"}}, onFilesChosen());
+    decline();
+    EXPECT_EQ(chosenFiles, QStringList());
 }
 
 } // namespace
