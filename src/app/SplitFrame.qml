@@ -50,6 +50,11 @@ Item {
         Section {
             stack: screens
             isSelected: frame.content.selectedIndex === 2
+
+            MeetingRecorderPage {
+                anchors.fill: parent
+                view: frame.content.detail.meetingScreen
+            }
         }
 
         Section {

@@ -21,6 +21,12 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
           .panels = panels,
           .resourceFolder = resourceFolder,
       })
+    , m_meetingScreen({
+          .models = ModelsSettingsViewModel::shared(),
+          .history = TranscriptionHistoryStore::shared(),
+          .panels = panels,
+          .resourceFolder = resourceFolder,
+      })
     , m_batchScreen({
           .models = ModelsSettingsViewModel::shared(),
           .history = TranscriptionHistoryStore::shared(),
@@ -37,6 +43,7 @@ DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObjec
     // A hidden screen is on show as far as it knows, so each takes its first step now.
     m_fileScreen.appear();
     m_microphoneScreen.appear();
+    m_meetingScreen.appear();
     m_batchScreen.appear();
     m_historyScreen.appear();
     m_modelsScreen.appear();

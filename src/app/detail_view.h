@@ -3,6 +3,7 @@
 #include "screens/batch/batch_processing_view.h"
 #include "screens/file/transcript_from_file_view.h"
 #include "screens/history/history_view.h"
+#include "screens/meeting/meeting_recorder_view.h"
 #include "screens/microphone/record_audio_view.h"
 #include "screens/models/models_settings_view.h"
 
@@ -20,6 +21,7 @@ class DetailView : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::TranscriptFromFileView *fileScreen READ fileScreen CONSTANT)
+    Q_PROPERTY(sorvanta::MeetingRecorderView *meetingScreen READ meetingScreen CONSTANT)
     Q_PROPERTY(sorvanta::RecordAudioView *microphoneScreen READ microphoneScreen CONSTANT)
     Q_PROPERTY(sorvanta::BatchProcessingView *batchScreen READ batchScreen CONSTANT)
     Q_PROPERTY(sorvanta::HistoryView *historyScreen READ historyScreen CONSTANT)
@@ -31,6 +33,7 @@ public:
     DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent = nullptr);
 
     TranscriptFromFileView *fileScreen() { return &m_fileScreen; }
+    MeetingRecorderView *meetingScreen() { return &m_meetingScreen; }
     RecordAudioView *microphoneScreen() { return &m_microphoneScreen; }
     BatchProcessingView *batchScreen() { return &m_batchScreen; }
     HistoryView *historyScreen() { return &m_historyScreen; }
@@ -39,6 +42,7 @@ public:
 private:
     TranscriptFromFileView m_fileScreen;
     RecordAudioView m_microphoneScreen;
+    MeetingRecorderView m_meetingScreen;
     BatchProcessingView m_batchScreen;
     HistoryView m_historyScreen;
     ModelsSettingsView m_modelsScreen;

@@ -82,6 +82,16 @@ void TranscriptionRun::beginRun()
     announceText(0);
 }
 
+void TranscriptionRun::beginPreparation(const QString &status)
+{
+    setTranscribing(true);
+    setStatus(status);
+    changeProgress([](TranscriptionProgress &progress) {
+        progress.progress = std::nullopt;
+        progress.etaText = QStringLiteral("Estimating…");
+    });
+}
+
 void TranscriptionRun::endPreparation()
 {
     setStopping(false);

@@ -51,7 +51,10 @@ public:
     /// stays, also the wish to stop.
     void startBegun(const QString &audioPath, const QString &modelPath, const QString &language);
 
-    /// The preparation of a run that was begun gave nothing to start with: the run is over.
+    /// Where the run is said to go on already while its audio is prepared: it does from now on, with this status. All
+    /// that an earlier run has left stays until start().
+    void beginPreparation(const QString &status);
+    /// The preparation gave nothing to start with: the run is over.
     void endPreparation();
 
     /// The whole output of the run so far; empty after clearOutput() until the next output or the end.

@@ -28,7 +28,7 @@ class SoundRoom:
         microphone hears."""
         path = self._session.folder / f"tone-{frequency}.wav"
         subprocess.run(["ffmpeg", "-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
-                        f"aevalsrc=0.25*sin(2*PI*{frequency}*t):d={seconds}:s=48000", "-ac", "2", path], check=True)
+                        f"aevalsrc=0.25*sin(2*PI*{frequency}*t):d={seconds}:s=48000", path], check=True)
         self._players.append(self._session.start(["paplay", f"--device={sink}", path]))
 
     def end(self):

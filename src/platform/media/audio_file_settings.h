@@ -11,10 +11,20 @@ struct AudioFileSettings {
         M4a, ///< AAC in an MPEG-4 file
     };
 
+    enum class AacSearch {
+        Thorough,
+        /// In half the time. By the words of FFmpeg worse below 64 kbit/s a channel only, and better from there on.
+        Fast,
+        FastInParallel, ///< the same by several threads at once
+    };
+
     Container container = Container::Wav;
     int sampleRate = 0; ///< frames a second
     int channels = 0;
     int bitRate = 0; ///< of AAC, in bits a second; 0 leaves it to the encoder
+    AacSearch aacSearch = AacSearch::Thorough;
+    /// For an M4A: whoever reads the unfinished file finds all but the last second in it. See makeOrdinary().
+    bool isReadableWhileWritten = false;
 
     /// What the writer wants to be given: 16 bit integers for a WAV file, floating point numbers for AAC.
     AudioFormat inputFormat() const;

@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 
@@ -15,6 +16,9 @@ namespace sorvanta {
 class AudioWriter {
 public:
     enum class Status { Writing, Completed, Failed };
+
+    /// Whether such a file is possible at all.
+    static bool canWrite(const AudioFileSettings &settings);
 
     /// Makes the file at `path`, where nothing may lie, private to the user, and writes its beginning.
     /// @throws Error of the domain "NSCocoaErrorDomain" if the system does not let it, else of the domain "FFmpeg" if
@@ -28,6 +32,9 @@ public:
     /// Adds whole interleaved frames of the settings' inputFormat(). After a failure this does nothing.
     /// @return whether status() is still Writing
     bool append(std::span<const std::byte> frames);
+
+    /// The same as append() with so many silent frames; an hour of them takes a fraction of a second.
+    bool appendSilence(std::int64_t frames);
 
     /// Ends the file and closes it. @return whether status() is Completed
     bool finish();

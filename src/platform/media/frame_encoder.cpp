@@ -1,7 +1,12 @@
 #include "platform/media/frame_encoder.h"
 
+extern "C" {
+#include <libavutil/opt.h>
+}
+
 #include <algorithm>
 #include <cstring>
+#include <vector>
 
 namespace sorvanta {
 
@@ -11,6 +16,9 @@ using Container = AudioFileSettings::Container;
 
 /// Where the encoder does not say how many samples a packet has.
 constexpr int usualFrameSize = 4096;
+/// So many frames behind the last sound the encoder has left all that it did for its sake, and each further silent
+/// packet is like the one before.
+constexpr int framesUntilStill = 8;
 
 ffmpeg::Pointer<AVCodecContext> openEncoder(const AudioFileSettings &settings)
 {
@@ -26,8 +34,11 @@ ffmpeg::Pointer<AVCodecContext> openEncoder(const AudioFileSettings &settings)
     if (settings.bitRate > 0)
         context->bit_rate = settings.bitRate;
     context->flags |= AV_CODEC_FLAG_BITEXACT;
-    if (!isWav)
+    if (!isWav) {
         context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+        if (settings.aacSearch != AudioFileSettings::AacSearch::Thorough)
+            ffmpeg::checked(av_opt_set(context->priv_data, "aac_coder", "fast", 0));
+    }
     ffmpeg::checked(avcodec_open2(context.get(), codec, nullptr));
     return context;
 }
@@ -39,6 +50,8 @@ FrameEncoder::FrameEncoder(const AudioFileSettings &settings)
     , m_codec(openEncoder(settings))
     , m_frame(ffmpeg::checked(av_frame_alloc()))
     , m_packet(ffmpeg::checked(av_packet_alloc()))
+    , m_lastPacket(ffmpeg::checked(av_packet_alloc()))
+    , m_nextTime(-m_codec->initial_padding)
 {
 }
 
@@ -51,14 +64,46 @@ void FrameEncoder::describe(AVStream &stream) const
 void FrameEncoder::encode(std::span<const std::byte> frames, const PacketHandler &handle)
 {
     const auto bytesPerFrame = static_cast<std::size_t>(m_format.bytesPerFrame());
-    const int frameSize = m_codec->frame_size > 0 ? m_codec->frame_size : usualFrameSize;
     while (frames.size() >= bytesPerFrame) {
         if (m_filled == 0)
-            startFrame(frameSize);
+            startFrame(frameSize());
         frames = frames.subspan(static_cast<std::size_t>(fill(frames)) * bytesPerFrame);
         if (m_filled == m_frame->nb_samples)
             send(m_frame.get(), handle);
     }
+}
+
+/// A packet of a long silence is encoded once and repeated: an hour takes milliseconds.
+void FrameEncoder::encodeSilence(std::int64_t frames, const PacketHandler &handle)
+{
+    const std::int64_t stillFrom = (m_filled > 0 ? frameSize() - m_filled : 0) + framesUntilStill * frameSize();
+    if (m_codec->initial_padding == 0 || frames <= stillFrom) {
+        fillWithSilence(frames, handle);
+        return;
+    }
+    fillWithSilence(stillFrom, handle);
+    const std::int64_t repetitions = (frames - stillFrom) / frameSize();
+    for (std::int64_t i = 0; i < repetitions; ++i) {
+        ffmpeg::Pointer<AVPacket> packet(ffmpeg::checked(av_packet_clone(m_lastPacket.get())));
+        m_sent += frameSize();
+        handOver(*packet, handle);
+    }
+    fillWithSilence(frames - stillFrom - repetitions * frameSize(), handle);
+}
+
+void FrameEncoder::fillWithSilence(std::int64_t frames, const PacketHandler &handle)
+{
+    const auto bytesPerFrame = static_cast<std::size_t>(m_format.bytesPerFrame());
+    const std::vector<std::byte> silence(static_cast<std::size_t>(frameSize()) * bytesPerFrame);
+    for (std::int64_t left = frames; left > 0; left -= frameSize()) {
+        const auto piece = static_cast<std::size_t>(std::min<std::int64_t>(left, frameSize()));
+        encode(std::span(silence).first(piece * bytesPerFrame), handle);
+    }
+}
+
+int FrameEncoder::frameSize() const
+{
+    return m_codec->frame_size > 0 ? m_codec->frame_size : usualFrameSize;
 }
 
 void FrameEncoder::finish(const PacketHandler &handle)
@@ -114,9 +159,23 @@ void FrameEncoder::send(AVFrame *frame, const PacketHandler &handle)
         if (result == AVERROR(EAGAIN) || result == AVERROR_EOF)
             return;
         ffmpeg::checked(result);
-        handle(*m_packet);
+        handOver(*m_packet, handle);
         av_packet_unref(m_packet.get());
     }
+}
+
+/// The encoder's own times know nothing of repeated packets. The last packet may end before it is full.
+void FrameEncoder::handOver(AVPacket &packet, const PacketHandler &handle)
+{
+    if (m_codec->initial_padding > 0) {
+        packet.pts = m_nextTime;
+        packet.dts = m_nextTime;
+        packet.duration = std::min<std::int64_t>(frameSize(), m_sent - m_nextTime);
+        m_nextTime += frameSize();
+        av_packet_unref(m_lastPacket.get());
+        ffmpeg::checked(av_packet_ref(m_lastPacket.get(), &packet));
+    }
+    handle(packet);
 }
 
 } // namespace sorvanta

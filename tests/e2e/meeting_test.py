@@ -1,0 +1,149 @@
+#!/usr/bin/python3
+"""A meeting from its recording, with the microphone, a pause and a stop, to its transcript in the history."""
+
+import pathlib
+import re
+import subprocess
+import time
+
+from sound_room import SoundRoom, tone_levels
+from window_test import FIRST_LINES, WindowTest, main
+
+SYSTEM, VOICE = 440, 1000
+SECTION = "Record Meeting (System Audio)"
+FINAL = re.compile(r"Latest recording ready: (meeting_\d{4}-\d\d-\d\d_\d\d-\d\d_[0-9a-f]{6}\.m4a)")
+
+
+def length(path):
+    return float(subprocess.run(["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", path],
+                                check=True, stdout=subprocess.PIPE).stdout)
+
+
+class MeetingTest(WindowTest):
+    def setUp(self):
+        super().setUp()
+        self.room = SoundRoom(self.session)
+        for file in self.session.temporary.iterdir():
+            file.unlink()
+
+    def tearDown(self):
+        super().tearDown()
+        self.room.end()
+
+    def start_on_meeting_screen(self):
+        self.accept_policies()
+        self.provide_model()
+        window = self.start()
+        window.press_row(SECTION)
+        window.expect("Press Record to capture system output audio.")
+        return window
+
+    def temporary(self, pattern):
+        return sorted(self.session.temporary.glob(pattern))
+
+    def final_file(self, window):
+        text = window.expect(lambda name: FINAL.fullmatch(name) is not None, patience=40).get_name()
+        return self.session.temporary / FINAL.fullmatch(text).group(1)
+
+    def test_a_meeting_with_the_microphone_becomes_a_transcript(self):
+        self.room.play_tone("speaker", SYSTEM)
+        self.room.play_tone("room", VOICE)
+        window = self.start_on_meeting_screen()
+        window.press("Record System Audio + Microphone")
+        window.expect("Stop Recording")
+        window.expect("Recording system audio.")
+        window.expect("Recording system audio… 0:02", patience=10)
+        window.press("Pause")
+        window.expect("Recording paused.")
+        still = window.expect(lambda name: name.startswith("Recording system audio… ")).get_name()
+        time.sleep(2)
+        self.assertEqual(window.texts("Recording system audio… "), [still], "the time stands still")
+        window.press("Resume")
+        window.expect("Recording system audio.")
+        time.sleep(2)
+        window.press("Stop Recording")
+        final = self.final_file(window)
+        window.expect("Captured audio. Use Transcribe below.")
+        raw = self.temporary("meeting-system-*.m4a")
+        self.assertEqual(len(raw), 1)
+        self.assertEqual(len(self.temporary("meeting-mic-*.wav")), 1)
+        self.assertAlmostEqual(length(final), length(raw[0]), delta=0.01)
+        self.assertGreater(length(final), 6)
+        system, voice = tone_levels(final, [SYSTEM, VOICE], 0.5, 1)
+        self.assertAlmostEqual(system, 0.25, delta=0.02)
+        self.assertAlmostEqual(voice, 0.25, delta=0.02)
+
+        # Both files are in the history, the final one first.
+        self.assertEqual([entry["sourceLabel"] for entry in self.history()], [str(final), str(raw[0])])
+        self.assertEqual([entry["text"] for entry in self.history()], ["", ""])
+
+        window.press("Play Latest")
+        window.expect("Playing latest recording…")
+        window.press("Pause Playback")
+        window.expect("Playback paused.")
+        window.press("Resume Playback")
+        window.expect("Pause Playback")
+        window.expect("0:02", patience=10)
+
+        kept = self.session.home / "kept.m4a"
+        window.press("Save Audio")
+        self.assertEqual(window.save_file(kept), final.name)
+        window.expect("Saved recording to kept.m4a")
+        self.assertEqual(kept.read_bytes(), final.read_bytes())
+
+        window.press("Transcribe")
+        window.expect("Done", patience=60)
+        self.assertEqual(window.transcript()[:1], FIRST_LINES[:1])
+        entries = self.history()
+        self.assertEqual([entry["sourceLabel"] for entry in entries], [str(final), str(raw[0])])
+        self.assertTrue(entries[0]["text"].startswith(FIRST_LINES[0]))
+        self.assertEqual(entries[1]["text"], "")
+        self.assertEqual(entries[0]["model"], "Tiny")
+        for entry in entries:
+            recording = pathlib.Path(entry["recordingPath"])
+            self.assertEqual(recording.parent, self.store_folder() / "recordings")
+            self.assertTrue(recording.exists())
+        self.assertEqual(len(list((self.store_folder() / "recordings").iterdir())), 2)
+        self.assertEqual(self.temporary("meeting-transcribe-*"), [])
+
+    def test_transcribe_during_a_recording_takes_the_system_alone(self):
+        self.room.play_tone("speaker", SYSTEM)
+        self.room.play_tone("room", VOICE)
+        window = self.start_on_meeting_screen()
+        window.press("Record System Audio + Microphone")
+        window.expect("Recording system audio… 0:03", patience=10)
+        window.press("Transcribe")
+        window.expect("Done", patience=60)
+        window.expect("Record System Audio + Microphone")
+        final = self.final_file(window)
+        raw = self.temporary("meeting-system-*.m4a")[0]
+        system, voice = tone_levels(raw, [SYSTEM, VOICE], 0.5, 1)
+        self.assertAlmostEqual(system, 0.25, delta=0.02)
+        self.assertLess(voice, 0.01)
+        self.assertTrue(self.history()[0]["text"].startswith(FIRST_LINES[0]))
+        self.assertIn(str(final), [entry["sourceLabel"] for entry in self.history()])
+
+    def test_a_killed_recording_is_found_again(self):
+        self.room.play_tone("speaker", SYSTEM)
+        window = self.start_on_meeting_screen()
+        window.press("Include microphone (your voice)", roles=None)
+        window.press("Record System Audio")
+        window.expect("Recording system audio… 0:04", patience=15)
+        self.program.kill()
+        self.program.wait()
+        files = self.temporary("meeting-system-*.m4a")
+        self.assertEqual(len(files), 1)
+        self.assertGreaterEqual(length(files[0]), 2)
+        self.assertAlmostEqual(tone_levels(files[0], [SYSTEM], 0.5, 1)[0], 0.25, delta=0.02)
+
+    def test_without_a_sound_server_it_says_so(self):
+        self.room.end()
+        window = self.start_on_meeting_screen()
+        window.press("Record System Audio + Microphone")
+        window.expect("There is no sound server.", patience=3)
+        window.expect("Press Record to capture system output audio.")
+        self.assertEqual(self.temporary("meeting*"), [])
+
+
+if __name__ == "__main__":
+    main()
