@@ -124,10 +124,14 @@ public:
         m_window.resize(940, 700);
         m_page->setParentItem(m_window.contentItem());
         m_window.show();
+        while (!m_window.isExposed())
+            QCoreApplication::processEvents();
         draw();
     }
 
     void draw() { m_window.grabWindow(); }
+    /// Takes the page out of the window, as a section that is not on show, or puts it back.
+    void setShown(bool isShown) { m_page->setParentItem(isShown ? m_window.contentItem() : nullptr); }
     QObject *list() const { return m_page->findChild<QObject *>(u"historyList"_qs); }
 
 private:
@@ -180,19 +184,20 @@ void scroll(Page &page)
     Times steps;
     Times jumps;
     QObject *const list = page.list();
+    const double top = list->property("originY").toDouble();
     for (int step = 0; step < 300; ++step) {
         steps.add([&] {
-            list->setProperty("contentY", step * 40);
+            list->setProperty("contentY", top + step * 40);
             page.draw();
         });
     }
     for (int jump = 0; jump < 50; ++jump) {
         jumps.add([&] {
-            list->setProperty("contentY", jump * 19'000);
+            list->setProperty("contentY", top + jump * 19'000);
             page.draw();
         });
     }
-    list->setProperty("contentY", 0);
+    list->setProperty("contentY", top);
     steps.print("a frame of scrolling by 40 pixels");
     jumps.print("a frame of jumping by 190 rows");
 }
@@ -207,6 +212,24 @@ void select(HistoryView &view, Page &page)
         });
     }
     selections.print("another entry selected, with its frame");
+}
+
+void addWhileHidden(HistoryView &view, Page &page, TranscriptionHistoryStore &store)
+{
+    Times additions;
+    page.list()->setProperty("contentY", page.list()->property("originY").toDouble() + 900'000);
+    page.draw();
+    page.setShown(false);
+    for (int i = 0; i < 5; ++i) {
+        additions.add([&] {
+            store.addEntry({.text = u"added"_qs, .sourceLabel = u"/added %1"_qs.arg(i), .model = u"Base"_qs});
+            QCoreApplication::processEvents();
+        });
+        view.selectRow(i);
+    }
+    page.setShown(true);
+    page.draw();
+    additions.print("an entry added while the page is hidden");
 }
 
 void measure(const Script &script)
@@ -248,6 +271,7 @@ void measure(const Script &script)
     type(view, page, store.entries(), script);
     scroll(page);
     select(view, page);
+    addWhileHidden(view, page, store);
 }
 
 } // namespace

@@ -52,7 +52,7 @@ std::vector<Stretch> stretchesWithout(const std::vector<int> &others, const std:
     return stretches;
 }
 
-/// From here on a view is quicker made anew than told of each change.
+/// From here on a view is quicker told of other contents than of each change.
 constexpr std::size_t mostStretches = 30;
 
 } // namespace
@@ -198,9 +198,7 @@ void FilteredEntries::replaceRows(Rows rows)
     if (removed.empty() && inserted.empty())
         return;
     if (removed.size() + inserted.size() > mostStretches) {
-        beginResetModel();
-        m_rows = std::move(rows);
-        endResetModel();
+        overwriteRows(std::move(rows));
     } else {
         for (auto stretch = removed.rbegin(); stretch != removed.rend(); ++stretch) {
             beginRemoveRows({}, stretch->first, stretch->first + stretch->count - 1);
@@ -216,6 +214,28 @@ void FilteredEntries::replaceRows(Rows rows)
         }
     }
     emit isEmptyChanged();
+}
+
+/// Announces other contents of the rows that both lists have, so that a view need not make them anew, and what is more
+/// or less at the end.
+void FilteredEntries::overwriteRows(Rows rows)
+{
+    const auto before = count();
+    const auto after = static_cast<int>(rows.size());
+    const int kept = std::min(before, after);
+    if (before > kept) {
+        beginRemoveRows({}, kept, before - 1);
+        m_rows.resize(rows.size());
+        endRemoveRows();
+    }
+    std::copy_n(rows.begin(), kept, m_rows.begin());
+    if (kept > 0)
+        emit dataChanged(index(0), index(kept - 1));
+    if (after > kept) {
+        beginInsertRows({}, kept, after - 1);
+        m_rows = std::move(rows);
+        endInsertRows();
+    }
 }
 
 /// Has a worker make the copies that are missing.

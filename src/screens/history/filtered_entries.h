@@ -17,8 +17,8 @@ namespace sorvanta {
 class LowerCaseSearch;
 
 /// The entries of the history that a search text asks for, in the order of the history, with what a row of the browser
-/// shows of each. A change is announced as what it is; only where a new search text changes very much the whole list is
-/// announced as new. Main thread only.
+/// shows of each. A change is announced as what it is; only where a new search text changes very much, rows are
+/// announced as having other contents. Main thread only.
 ///
 /// Of each entry a lower-cased copy is kept, one byte for each ASCII character: half of what the entry itself takes.
 /// The copies are made on a worker; a search that comes before them makes those itself that it needs.
@@ -73,6 +73,7 @@ private:
     bool matches(int sourceRow);
     Rows matchingRows();
     void replaceRows(Rows rows);
+    void overwriteRows(Rows rows);
     void prepare();
     void takeForms(int generation, const std::vector<Prepared> &forms);
     void insertRow(int sourceRow);

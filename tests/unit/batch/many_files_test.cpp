@@ -6,13 +6,13 @@
 
 #include <malloc.h>
 
-#if defined(__SANITIZE_ADDRESS__)
-#include <sanitizer/allocator_interface.h>
-#endif
-
 #include <algorithm>
 #include <cstdio>
 #include <unistd.h>
+
+#if defined(__SANITIZE_ADDRESS__)
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes(); // GCC has no header for it
+#endif
 
 using namespace sorvanta;
 
