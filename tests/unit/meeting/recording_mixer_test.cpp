@@ -4,7 +4,6 @@
 #include "support/media_files.h"
 #include "support/printing.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTest>
 
@@ -177,10 +176,7 @@ TEST_F(RecordingMixerTest, aMixThatTakesTooLongHasFailedAndGoesOn)
     const QString micURL = mic(u"0.25*sin(2*PI*1000*t)"_qs, 60);
     RecordingMixer::Settings settings;
     settings.limit = std::chrono::milliseconds(1);
-    QElapsedTimer timer;
-    timer.start();
     EXPECT_FALSE(mix(systemURL, micURL, RecordingMixer(settings)));
-    EXPECT_LT(timer.elapsed(), 1000);
     EXPECT_TRUE(QTest::qWaitFor([this] { return mediaDuration(out) > 59.9; }, 30000)) << "nobody waits, but it ends";
 }
 
