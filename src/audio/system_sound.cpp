@@ -64,7 +64,8 @@ private:
 
 } // namespace
 
-std::unique_ptr<SystemSound> openSystemSound(const AudioFormat &format, std::function<void(SystemSound::Answer)> answer)
+std::unique_ptr<SystemSound> openSystemSound(const AudioFormat &format,
+                                             const std::function<void(SystemSound::Answer)> &answer)
 {
     return std::make_unique<CapturedSystemSound>(format, answer);
 }

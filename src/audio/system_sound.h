@@ -38,6 +38,6 @@ constexpr int systemSoundDeclined = -3801;
 ///        is gone
 /// @throws Error if the system has no thread to give
 std::unique_ptr<SystemSound> openSystemSound(const AudioFormat &format,
-                                             std::function<void(SystemSound::Answer)> answer);
+                                             const std::function<void(SystemSound::Answer)> &answer);
 
 } // namespace sorvanta
