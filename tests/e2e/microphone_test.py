@@ -11,7 +11,7 @@ from sound_room import SoundRoom, tone_levels
 from window_test import FIRST_LINES, WindowTest, main
 
 VOICE = 1000
-LEVEL = 0.25 / 2 ** 0.5  # of a tone that is spread over two channels, as either channel has it
+LEVEL = 0.25
 SECTION = "Record Audio to Transcript"
 READY = re.compile(r"Ready to transcribe \((microphone_\d{4}-\d\d-\d\d_\d\d-\d\d_[0-9a-f]{6}\.wav), (\d+):(\d\d)\)")
 

@@ -11,6 +11,9 @@ using namespace sorvanta;
 
 namespace {
 
+/// In seconds: what a call on a busy machine may come late.
+constexpr double tolerance = 0.05;
+
 using Clock = std::chrono::steady_clock;
 
 class AudioRecorderSound : public RoomTest {
@@ -74,7 +77,7 @@ TEST_F(AudioRecorderSound, recordsTheToneAtItsLevelInTheFormatThatWasAskedFor)
     recorder->stop();
     EXPECT_EQ(describedFormat(folder.path(u"a.wav"_qs)), u"wav pcm_s16le 16000 1"_qs);
     const auto heard = samplesOf(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.03);
+    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, tolerance);
     EXPECT_NEAR(decibels(toneAmplitude(piece(heard, 0.5, 1), 1000, 16000)), decibels(0.25), 0.1);
     EXPECT_NEAR(decibels(level(heard, 0.1, 1.9, 16000)), decibels(0.25 / std::sqrt(2)), 0.1) << "and nothing else";
     EXPECT_FALSE(failure || interruption);
@@ -115,7 +118,7 @@ TEST_F(AudioRecorderSound, leavesNoTraceOfAPauseAndGoesOnInTheSameFile)
     recorder->stop();
 
     const SoundReference file(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, first + second, 0.03);
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, first + second, tolerance);
     const auto recorded = [this] {
         std::vector<double> samples = samplesOf(folder.path(u"a.wav"_qs));
         std::vector<double> half;
@@ -125,8 +128,8 @@ TEST_F(AudioRecorderSound, leavesNoTraceOfAPauseAndGoesOnInTheSameFile)
     }();
     const double begin = reference.timeOf(recorded, 0).value_or(-1);
     ASSERT_GE(begin, 0);
-    EXPECT_NEAR(reference.timeOf(recorded, first - 0.11).value_or(-1), begin + first - 0.11, 0.03);
-    EXPECT_NEAR(reference.timeOf(recorded, first + 0.01).value_or(-1), begin + first + paused + 0.01, 0.03);
+    EXPECT_NEAR(reference.timeOf(recorded, first - 0.11).value_or(-1), begin + first - 0.11, tolerance);
+    EXPECT_NEAR(reference.timeOf(recorded, first + 0.01).value_or(-1), begin + first + paused + 0.01, tolerance);
     EXPECT_NEAR(reference.timeOf(recorded, first + second - 0.11).value_or(-1), begin + first + paused + second - 0.11,
                 0.02)
         << "to the very end";
@@ -165,7 +168,7 @@ TEST_F(AudioRecorderSound, makesAFileThatPlaysOfATakeOfAnyLength)
         recorder->stop();
         EXPECT_FALSE(recorder->isRecording());
         EXPECT_EQ(describedFormat(folder.path(name)), u"wav pcm_s16le 16000 1"_qs);
-        EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(name)).size()) / 16000, seconds, 0.03);
+        EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(name)).size()) / 16000, seconds, tolerance);
     }
 }
 
@@ -208,7 +211,7 @@ TEST_F(AudioRecorderSound, isSilentWhileTheServerIsAwayAndGoesOnWhenItIsBack)
     recorder->stop();
 
     const auto heard = samplesOf(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.03);
+    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, tolerance);
     EXPECT_GT(level(heard, 0.1, killed - 0.1, 16000), 0.02);
     EXPECT_EQ(level(heard, killed + 0.05, killed + 0.8, 16000), 0);
     EXPECT_GT(level(heard, seconds - 0.5, seconds, 16000), 0.02);
@@ -231,7 +234,7 @@ TEST_F(AudioRecorderSound, isSilentWhileTheServerHangs)
     const double seconds = secondsSince(begin);
     recorder->stop();
     const auto heard = samplesOf(folder.path(u"a.wav"_qs));
-    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, 0.03);
+    EXPECT_NEAR(static_cast<double>(heard.size()) / 16000, seconds, tolerance);
     EXPECT_NEAR(level(heard, seconds - 0.5, seconds - 0.05, 16000), 0.25 / std::sqrt(2), 0.01);
 }
 
@@ -248,7 +251,7 @@ TEST_F(AudioRecorderSound, doesNotWaitForAServerThatHangs)
     recorder->stop();
     EXPECT_LT(secondsSince(stop), 1);
     server.suspend(false);
-    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, seconds, 0.03)
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, seconds, tolerance)
         << "what did not come is silent";
 }
 
@@ -268,7 +271,7 @@ TEST_F(AudioRecorderSound, tellsOnceThatTheFileCannotGrowAndKeepsWhatItHas)
     std::signal(SIGXFSZ, handler);
     EXPECT_EQ(failure->domain(), u"NSCocoaErrorDomain"_qs);
     EXPECT_TRUE(failure->localizedDescription().contains(u"a.wav"_qs)) << failure->localizedDescription().toStdString();
-    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, 1, 0.03);
+    EXPECT_NEAR(static_cast<double>(samplesOf(folder.path(u"a.wav"_qs)).size()) / 16000, 1, tolerance);
 }
 
 TEST_F(AudioRecorderSound, leavesTheMicrophoneAloneIfItIsNotMade)
