@@ -20,14 +20,15 @@ Item {
         spacing: 6
 
         Repeater {
-            model: area.tags
+            model: area.tags.length // so that other tags change these and do not make them anew
 
             delegate: Tag {
-                required property var modelData
+                required property int index
+                readonly property var tag: area.tags[index] ?? {text: "", systemImage: ""}
 
                 width: Math.min(implicitWidth, area.width)
-                symbol: modelData.systemImage
-                text: modelData.text
+                symbol: tag.systemImage
+                text: tag.text
             }
         }
     }
