@@ -76,6 +76,9 @@ function(sorvanta_test name)
   if("sound" IN_LIST ARG_LABELS)
     # Waits for real time to pass, beside tests that work, but not beside another one that listens.
     set_tests_properties(${name} PROPERTIES RESOURCE_LOCK sound COST 500)
+    add_dependencies(sound_tests ${name})
+  else()
+    add_dependencies(sanitized_tests ${name})
   endif()
 endfunction()
 
