@@ -7,32 +7,26 @@
 
 namespace sorvanta {
 
+namespace {
+
+ScreenSurroundings surroundings(FilePanels &panels, const QString &resourceFolder)
+{
+    return {
+        .models = ModelsSettingsViewModel::shared(),
+        .history = TranscriptionHistoryStore::shared(),
+        .panels = panels,
+        .resourceFolder = resourceFolder,
+    };
+}
+
+} // namespace
+
 DetailView::DetailView(FilePanels &panels, const QString &resourceFolder, QObject *parent)
     : QObject(parent)
-    , m_fileScreen({
-          .models = ModelsSettingsViewModel::shared(),
-          .history = TranscriptionHistoryStore::shared(),
-          .panels = panels,
-          .resourceFolder = resourceFolder,
-      })
-    , m_microphoneScreen({
-          .models = ModelsSettingsViewModel::shared(),
-          .history = TranscriptionHistoryStore::shared(),
-          .panels = panels,
-          .resourceFolder = resourceFolder,
-      })
-    , m_meetingScreen({
-          .models = ModelsSettingsViewModel::shared(),
-          .history = TranscriptionHistoryStore::shared(),
-          .panels = panels,
-          .resourceFolder = resourceFolder,
-      })
-    , m_batchScreen({
-          .models = ModelsSettingsViewModel::shared(),
-          .history = TranscriptionHistoryStore::shared(),
-          .panels = panels,
-          .resourceFolder = resourceFolder,
-      })
+    , m_fileScreen({.shared = surroundings(panels, resourceFolder)})
+    , m_microphoneScreen({.shared = surroundings(panels, resourceFolder)})
+    , m_meetingScreen({.shared = surroundings(panels, resourceFolder)})
+    , m_batchScreen(surroundings(panels, resourceFolder))
     , m_historyScreen({.history = TranscriptionHistoryStore::shared(), .panels = panels})
     , m_modelsScreen({
           .viewModel = ModelsSettingsViewModel::shared(),

@@ -2,6 +2,7 @@
 
 #include "history/transcription_history_store.h"
 #include "models/models_settings_view_model.h"
+#include "screens/screen_surroundings.h"
 #include "support/fake_engine_bundle.h"
 #include "support/fake_file_panels.h"
 
@@ -47,6 +48,11 @@ public:
     QStringList temporaryFiles() const
     {
         return QDir(temporaryFolder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    }
+
+    sorvanta::ScreenSurroundings surroundings()
+    {
+        return {.models = models, .history = history, .panels = panels, .resourceFolder = engine.resourceFolder()};
     }
 
     FakeEngineBundle engine;

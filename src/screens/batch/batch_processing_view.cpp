@@ -34,7 +34,7 @@ ExportMessages messagesOf(BatchRun &run)
 
 } // namespace
 
-BatchProcessingView::BatchProcessingView(const Surroundings &surroundings, QObject *parent)
+BatchProcessingView::BatchProcessingView(const ScreenSurroundings &surroundings, QObject *parent)
     : QObject(parent)
     , m_history(surroundings.history)
     , m_panels(surroundings.panels)

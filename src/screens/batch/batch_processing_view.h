@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/audio_preparer.h"
 #include "core/language_choice.h"
 #include "core/live_transcript.h"
 #include "core/temporary_files.h"
@@ -11,16 +10,13 @@
 #include "screens/batch/file_results.h"
 #include "screens/batch/selected_files.h"
 #include "screens/pane/transcript_pane.h"
+#include "screens/screen_surroundings.h"
 
 #include <QObject>
 #include <QUrl>
 #include <QtQml/qqml.h>
 
 namespace sorvanta {
-
-class FilePanels;
-class ModelsSettingsViewModel;
-class TranscriptionHistoryStore;
 
 /// The screen that transcribes many audio or video files, one after the other, and keeps one result for each. Main
 /// thread only.
@@ -49,15 +45,7 @@ class BatchProcessingView : public QObject {
 
 public:
     /// What the screen works with; all of it outlives the screen.
-    struct Surroundings {
-        ModelsSettingsViewModel &models;
-        TranscriptionHistoryStore &history;
-        FilePanels &panels;
-        QString resourceFolder; ///< where the engine lies
-        AudioPreparer::Settings preparation = {};
-    };
-
-    explicit BatchProcessingView(const Surroundings &surroundings, QObject *parent = nullptr);
+    explicit BatchProcessingView(const ScreenSurroundings &surroundings, QObject *parent = nullptr);
     ~BatchProcessingView() override;
 
     /// The files of the next run.

@@ -91,9 +91,9 @@ ScrollingPage {
 
         objectName: "transcribeButton"
         role: PushButton.Prominent
-        text: page.view.transcribeLabel
+        text: page.view.startLabel
         busy: page.run.isTranscribing
-        enabled: page.view.canTranscribe
+        enabled: page.view.canStart
         onClicked: page.view.transcribe()
     }
 

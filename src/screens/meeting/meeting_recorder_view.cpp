@@ -1,67 +1,24 @@
 #include "screens/meeting/meeting_recorder_view.h"
 
-#include "core/audio_preparation.h"
-#include "core/languages.h"
 #include "core/transcript_text.h"
-#include "export/text_export.h"
-#include "history/transcription_history_store.h"
-#include "platform/desktop/file_panels.h"
-#include "platform/error.h"
-#include "platform/file_system.h"
-#include "platform/main_queue.h"
 #include "platform/paths.h"
-#include "platform/unicode_text.h"
-#include "platform/worker.h"
-
-#include <QPointer>
 
 #include <algorithm>
 
 namespace sorvanta {
 
-namespace {
-
-/// The fields of a screen that a preparation writes. The screen may go while the worker still prepares.
-PreparationReport reportTo(const QPointer<MeetingRecorderView> &screen)
-{
-    return {
-        .status = [screen] { return screen ? screen->run()->status() : QString(); },
-        .setStatus =
-            [screen](const QString &status) {
-                if (screen)
-                    screen->run()->setStatus(status);
-            },
-        .error = [screen] { return screen ? screen->run()->error() : std::nullopt; },
-        .setError =
-            [screen](const QString &error) {
-                if (screen)
-                    screen->run()->setError(error);
-            },
-        .endRun =
-            [screen] {
-                if (screen)
-                    screen->run()->endPreparation();
-            },
-        .refreshPlaybackState = {},
-    };
-}
-
-} // namespace
-
 MeetingRecorderView::MeetingRecorderView(const Surroundings &surroundings, QObject *parent)
-    : QObject(parent)
-    , m_history(surroundings.history)
-    , m_panels(surroundings.panels)
-    , m_preparer(m_temporaries, surroundings.preparation)
-    , m_model(surroundings.models)
-    , m_run({surroundings.resourceFolder, false}, {.removeTemporaries = [this] { m_temporaries.removeTemporaries(); },
-                                                   .saveToHistory = [this] { saveToHistory(); }})
+    : TranscriptionScreen(surroundings.shared,
+                          {.preparation = meetingPreparation(),
+                           .printsCommand = false,
+                           .naming = meetingNaming(),
+                           .source = [this] { return m_recorder.outputURL(); },
+                           .missingSourceError = QStringLiteral("Please record audio first."),
+                           .unknownSource = QStringLiteral("meeting-recording"),
+                           .keepsRecording = true},
+                          parent)
     , m_recorder(surroundings.recorder)
-    , m_exports({.run = m_run,
-                 .panels = surroundings.panels,
-                 .naming = meetingNaming(),
-                 .source = [this] { return m_recorder.outputURL(); }})
-    , m_pane(m_run, {.clearsError = false},
+    , m_pane(*run(), {.clearsError = false},
              {.controller = &m_recorder.playback(), .isAvailable = [this] { return hasOutput(); }})
 {
     m_timer.setInterval(surroundings.second);
@@ -71,8 +28,6 @@ MeetingRecorderView::MeetingRecorderView(const Surroundings &surroundings, QObje
     });
     followRecorder();
     followPlayback();
-    connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &MeetingRecorderView::canTranscribeChanged);
-    connect(&m_model, &ModelChoice::changed, this, &MeetingRecorderView::canTranscribeChanged);
 }
 
 MeetingRecorderView::~MeetingRecorderView()
@@ -88,7 +43,7 @@ void MeetingRecorderView::followRecorder()
     connect(&m_recorder, &ScreenAudioRecorder::isPausedChanged, this, &MeetingRecorderView::recordingChanged);
     connect(&m_recorder, &ScreenAudioRecorder::errorMessageChanged, this, [this] {
         if (const auto &message = m_recorder.errorMessage())
-            m_run.setError(message);
+            run()->setError(message);
     });
 }
 
@@ -179,22 +134,6 @@ QString MeetingRecorderView::durationText() const
     return formatClock(m_recorder.playback().playbackDuration());
 }
 
-QString MeetingRecorderView::transcribeLabel() const
-{
-    return m_run.isTranscribing() ? QStringLiteral("Transcribing…") : QStringLiteral("Transcribe");
-}
-
-bool MeetingRecorderView::canTranscribe() const
-{
-    return !m_run.isTranscribing() && hasOutput() && m_model.modelPath();
-}
-
-void MeetingRecorderView::appear()
-{
-    m_model.refresh();
-    m_pane.syncTranscriptWindow();
-}
-
 void MeetingRecorderView::disappear()
 {
     m_recorder.stopRecording();
@@ -216,10 +155,10 @@ void MeetingRecorderView::takeStartResult()
 {
     if (m_recorder.isRecording()) {
         setRecordStatus(QStringLiteral("Recording system audio."));
-        m_lastHistoryRecordingPath.reset();
+        expectNewRecording();
     } else if (const auto &message = m_recorder.errorMessage()) {
         setRecordStatus(QString());
-        m_run.setError(message);
+        run()->setError(message);
     }
 }
 
@@ -248,7 +187,7 @@ void MeetingRecorderView::takeIsRecording()
 {
     if (m_recorder.isRecording()) {
         m_timer.start();
-        m_run.setError(std::nullopt);
+        run()->setError(std::nullopt);
         setRecordStatus(QStringLiteral("Recording system audio. Keep this app open."));
         return;
     }
@@ -265,7 +204,7 @@ void MeetingRecorderView::takeOutputURL()
     m_pane.syncTranscriptWindow();
     enterRecording();
     emit recordingChanged();
-    emit canTranscribeChanged();
+    emit canStartChanged();
 }
 
 void MeetingRecorderView::playLatest()
@@ -287,96 +226,19 @@ void MeetingRecorderView::moveSlider(double seconds)
 
 void MeetingRecorderView::saveAudio()
 {
-    const auto &output = m_recorder.outputURL();
-    if (!output)
-        return;
-    const QPointer self(this);
-    m_panels.saveFile({lastPathComponent(*output), {QStringLiteral("m4a")}},
-                      [self](const std::optional<QString> &path) {
-                          if (self && path)
-                              self->copyRecording(*path);
-                      });
-}
-
-void MeetingRecorderView::copyRecording(const QString &destination)
-{
-    const auto &output = m_recorder.outputURL();
-    if (!output)
-        return;
-    try {
-        // To save the recording in its own place must not remove it.
-        if (!isSameItem(*output, destination)) {
-            if (itemExists(destination))
-                removeItem(destination);
-            copyFile(*output, destination, FileAccess::Usual);
-        }
-        setRecordStatus(QStringLiteral("Saved recording to ") + lastPathComponent(destination));
-    } catch (const Error &failure) {
-        m_run.setError(QStringLiteral("Could not save recording: ") + failure.localizedDescription());
-    }
+    saveSource(QStringLiteral("m4a"), [this](const QString &status) { setRecordStatus(status); });
 }
 
 void MeetingRecorderView::transcribe()
 {
-    const std::optional<QString> path = m_recorder.outputURL();
-    if (!path) {
-        m_run.setError(QStringLiteral("Please record audio first."));
+    const auto modelPath = modelPathForStart();
+    if (!modelPath)
         return;
-    }
-    const auto modelPath = m_model.modelPath();
-    if (!modelPath) {
-        m_run.setError(QStringLiteral("Please select a downloaded model."));
-        return;
-    }
+    const QString path = *m_recorder.outputURL();
     m_recorder.stopRecording();
-    m_run.beginPreparation(QStringLiteral("Converting…"));
-    prepareAndRun(*path, *modelPath);
-}
-
-void MeetingRecorderView::prepareAndRun(const QString &path, const QString &modelPath)
-{
-    runOnWorker([self = QPointer(this), report = reportTo(this), preparer = m_preparer, path, modelPath] {
-        const auto audioPath = prepareAudio(path, meetingPreparation(), preparer, report);
-        if (!audioPath)
-            return;
-        postToMain([self, audioPath = *audioPath, modelPath] {
-            if (self)
-                self->m_run.start(audioPath, modelPath, self->m_language.language());
-        });
-    });
-}
-
-void MeetingRecorderView::enterRecording()
-{
-    const auto &output = m_recorder.outputURL();
-    if (!output || !itemExists(*output) || output == m_lastHistoryRecordingPath)
-        return;
-    m_lastHistoryRecordingPath = output;
-    m_history.addEntry({
-        .sourceLabel = *output,
-        .model = m_model.modelName(),
-        .language = effectiveLanguage(m_language.language()),
-        .recordingPath = output,
-        .replaceExisting = true,
-    });
-}
-
-void MeetingRecorderView::saveToHistory()
-{
-    const QString text = m_run.displayedTranscript();
-    if (trimmedOfWhitespaceAndNewlines(text).isEmpty())
-        return;
-    const auto segments = parseTimedSegments(m_run.rawOutput(), m_run.stripDashes());
-    const auto &output = m_recorder.outputURL();
-    m_history.addEntry({
-        .text = text,
-        .srtText = renderExport(ExportFormat::srt, {.text = text, .segments = segments}),
-        .sourceLabel = output.value_or(QStringLiteral("meeting-recording")),
-        .model = m_model.modelName(),
-        .language = m_run.runLanguage(),
-        .diarization = false,
-        .recordingPath = output,
-        .replaceExisting = true,
+    run()->beginPreparation(QStringLiteral("Converting…"));
+    prepare(path, [this, modelPath = *modelPath](const QString &audioPath) {
+        run()->start(audioPath, modelPath, language()->language());
     });
 }
 

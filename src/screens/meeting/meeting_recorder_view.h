@@ -1,38 +1,21 @@
 #pragma once
 
 #include "audio/screen_audio_recorder.h"
-#include "core/audio_preparer.h"
-#include "core/language_choice.h"
-#include "core/temporary_files.h"
-#include "core/transcription_run.h"
-#include "export/run_exports.h"
-#include "models/model_choice.h"
-#include "screens/pane/transcript_pane.h"
+#include "screens/transcription_screen.h"
 
-#include <QObject>
 #include <QTimer>
 #include <QtQml/qqml.h>
 
 #include <chrono>
-#include <optional>
 
 namespace sorvanta {
 
-class FilePanels;
-class ModelsSettingsViewModel;
-class TranscriptionHistoryStore;
-
 /// The screen that records what the machine plays, with or without the microphone, and transcribes that. Main thread
 /// only.
-class MeetingRecorderView : public QObject {
+class MeetingRecorderView : public sorvanta::TranscriptionScreen { // the whole name, by which QML finds the base
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(sorvanta::TranscriptionRun *run READ run CONSTANT)
-    Q_PROPERTY(sorvanta::ModelChoice *model READ model CONSTANT)
-    Q_PROPERTY(sorvanta::LanguageChoice *language READ language CONSTANT)
-    Q_PROPERTY(sorvanta::TranscriptPane *pane READ pane CONSTANT)
-    Q_PROPERTY(sorvanta::ExportMenu *exportMenu READ exportMenu CONSTANT)
     Q_PROPERTY(bool includeMic READ includeMic WRITE setIncludeMic NOTIFY recordingChanged)
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY recordingChanged)
     Q_PROPERTY(QString recordLabel READ recordLabel NOTIFY recordingChanged)
@@ -52,18 +35,12 @@ class MeetingRecorderView : public QObject {
     Q_PROPERTY(double sliderEnd READ sliderEnd NOTIFY playbackChanged)
     Q_PROPERTY(QString positionText READ positionText NOTIFY playbackChanged)
     Q_PROPERTY(QString durationText READ durationText NOTIFY playbackChanged)
-    Q_PROPERTY(QString transcribeLabel READ transcribeLabel NOTIFY canTranscribeChanged)
-    Q_PROPERTY(bool canTranscribe READ canTranscribe NOTIFY canTranscribeChanged)
 
 public:
     /// What the screen works with; all of it outlives the screen.
     struct Surroundings {
-        ModelsSettingsViewModel &models;
-        TranscriptionHistoryStore &history;
-        FilePanels &panels;
-        QString resourceFolder; ///< where the engine lies
+        ScreenSurroundings shared;
         ScreenAudioRecorder::Surroundings recorder = ScreenAudioRecorder::Surroundings::ofThisMachine();
-        AudioPreparer::Settings preparation = {};
         std::chrono::milliseconds second = std::chrono::seconds(1); ///< between two steps of the elapsed time
     };
 
@@ -72,12 +49,7 @@ public:
     ~MeetingRecorderView() override;
 
     ScreenAudioRecorder &recorder() { return m_recorder; }
-    TranscriptionRun *run() { return &m_run; }
-    ModelChoice *model() { return &m_model; }
-    LanguageChoice *language() { return &m_language; }
-    TranscriptPane *pane() { return &m_pane; }
-    /// What the transcript can be exported as.
-    ExportMenu *exportMenu() { return m_exports.menu(); }
+    TranscriptPane *pane() override { return &m_pane; }
 
     bool includeMic() const { return m_includeMic; }
     /// Of the next recording; the one under way stays as it is.
@@ -110,11 +82,7 @@ public:
     QString durationText() const;
     bool isSeeking() const { return m_seeking; }
 
-    QString transcribeLabel() const;
-    bool canTranscribe() const;
-
-    /// What the screen does when it comes on show, and when its window goes.
-    void appear();
+    /// What the screen does when its window goes.
     void disappear();
 
     Q_INVOKABLE void toggleRecording();
@@ -129,7 +97,6 @@ public:
 
     Q_SIGNAL void recordingChanged();
     Q_SIGNAL void playbackChanged();
-    Q_SIGNAL void canTranscribeChanged();
 
 private:
     void followRecorder();
@@ -138,27 +105,14 @@ private:
     void takeStartResult();
     void takeIsRecording();
     void takeOutputURL();
-    void copyRecording(const QString &destination);
-    void prepareAndRun(const QString &path, const QString &modelPath);
-    void enterRecording();
-    void saveToHistory();
 
-    TranscriptionHistoryStore &m_history;
-    FilePanels &m_panels;
-    TemporaryFiles m_temporaries;
-    AudioPreparer m_preparer;
-    ModelChoice m_model;
-    LanguageChoice m_language;
-    TranscriptionRun m_run;
     ScreenAudioRecorder m_recorder;
-    RunExports m_exports;
     TranscriptPane m_pane;
     QTimer m_timer;
     QString m_recordStatus;
     double m_elapsed = 0;
     bool m_includeMic = true;
     bool m_seeking = false;
-    std::optional<QString> m_lastHistoryRecordingPath;
 };
 
 } // namespace sorvanta

@@ -1,18 +1,10 @@
 #include "screens/microphone/record_audio_view.h"
 
-#include "core/audio_preparation.h"
-#include "core/languages.h"
-#include "export/text_export.h"
-#include "history/transcription_history_store.h"
-#include "platform/desktop/file_panels.h"
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "platform/folders.h"
-#include "platform/main_queue.h"
 #include "platform/paths.h"
-#include "platform/unicode_text.h"
 #include "platform/unique_names.h"
-#include "platform/worker.h"
 
 #include <QPointer>
 
@@ -39,31 +31,6 @@ void removeIfThere(const QString &path)
     }
 }
 
-/// The fields of a screen that a preparation writes. The screen may go while the worker still prepares.
-PreparationReport reportTo(const QPointer<RecordAudioView> &screen)
-{
-    return {
-        .status = [screen] { return screen ? screen->run()->status() : QString(); },
-        .setStatus =
-            [screen](const QString &status) {
-                if (screen)
-                    screen->run()->setStatus(status);
-            },
-        .error = [screen] { return screen ? screen->run()->error() : std::nullopt; },
-        .setError =
-            [screen](const QString &error) {
-                if (screen)
-                    screen->run()->setError(error);
-            },
-        .endRun =
-            [screen] {
-                if (screen)
-                    screen->run()->endPreparation();
-            },
-        .refreshPlaybackState = {},
-    };
-}
-
 } // namespace
 
 QString recordingTimeText(double seconds)
@@ -88,35 +55,32 @@ double RecordAudioView::systemSeconds()
 }
 
 RecordAudioView::RecordAudioView(const Surroundings &surroundings, QObject *parent)
-    : QObject(parent)
-    , m_history(surroundings.history)
-    , m_panels(surroundings.panels)
-    , m_preparer(m_temporaries, surroundings.preparation)
-    , m_model(surroundings.models)
-    , m_run({surroundings.resourceFolder, true}, {.removeTemporaries = [this] { m_temporaries.removeTemporaries(); },
-                                                  .saveToHistory = [this] { saveToHistory(); }})
+    : TranscriptionScreen(surroundings.shared,
+                          {.preparation = microphonePreparation(),
+                           .printsCommand = true,
+                           .naming = transcriptionNaming(),
+                           .source = [this] { return m_selectedFile; },
+                           .missingSourceError = QStringLiteral("Please record audio first."),
+                           .unknownSource = QStringLiteral("recording"),
+                           .keepsRecording = true},
+                          parent)
     , m_seconds(surroundings.seconds)
-    , m_exports({.run = m_run,
-                 .panels = surroundings.panels,
-                 .naming = transcriptionNaming(),
-                 .source = [this] { return m_selectedFile; }})
     , m_playback(microphonePlayback(),
                  {.file = [this] { return m_selectedFile; },
-                  .setError = [this](const QString &error) { m_run.setError(error); },
-                  .setStatus = [this](const QString &status) { m_run.setStatus(status); }},
+                  .setError = [this](const QString &error) { run()->setError(error); },
+                  .setStatus = [this](const QString &status) { run()->setStatus(status); }},
                  surroundings.openPlayer)
-    , m_pane(m_run, {}, {.controller = &m_playback, .isAvailable = [this] { return m_selectedFile.has_value(); }})
+    , m_pane(*run(), {}, {.controller = &m_playback, .isAvailable = [this] { return m_selectedFile.has_value(); }})
     , m_input(surroundings.makeInput(
           {.interrupted = [this](const Error &interruption) { handleInterruption(interruption); },
            .resumed = [this] { handleResumption(); }}))
 {
     m_recordingTimer.setInterval(tickInterval);
     m_recordingTimer.callOnTimeout(this, &RecordAudioView::tick);
-    connect(&m_run, &TranscriptionRun::isTranscribingChanged, this, &RecordAudioView::controlsChanged);
-    connect(this, &RecordAudioView::takeChanged, this, &RecordAudioView::controlsChanged);
+    connect(run(), &TranscriptionRun::isTranscribingChanged, this, &RecordAudioView::canRecordChanged);
+    connect(this, &RecordAudioView::takeChanged, this, &RecordAudioView::canStartChanged);
     connect(this, &RecordAudioView::takeChanged, this, &RecordAudioView::recordingStatusTextChanged);
     connect(this, &RecordAudioView::takeChanged, this, &RecordAudioView::levelTextChanged);
-    connect(&m_model, &ModelChoice::changed, this, &RecordAudioView::controlsChanged);
     connect(&m_playback, &PlaybackController::isPlayingChanged, this, &RecordAudioView::playChanged);
 }
 
@@ -185,22 +149,6 @@ QString RecordAudioView::playSymbol() const
     return m_playback.isPlaying() ? QStringLiteral("pause.fill") : QStringLiteral("play.fill");
 }
 
-QString RecordAudioView::startLabel() const
-{
-    return m_run.isTranscribing() ? QStringLiteral("Transcribing…") : QStringLiteral("Transcribe");
-}
-
-bool RecordAudioView::canStart() const
-{
-    return !m_run.isTranscribing() && m_selectedFile && m_model.modelPath();
-}
-
-void RecordAudioView::appear()
-{
-    m_model.refresh();
-    m_pane.syncTranscriptWindow();
-}
-
 // The take
 
 void RecordAudioView::toggleRecording()
@@ -225,8 +173,8 @@ void RecordAudioView::togglePause()
 
 void RecordAudioView::beginTake()
 {
-    m_run.setError(std::nullopt);
-    m_run.setStatus(QString());
+    run()->setError(std::nullopt);
+    run()->setStatus(QString());
     m_playback.stopPlayback();
     m_input.requestAccess([self = QPointer(this)](bool isGranted) {
         // While the question was open, a run may have begun over the take that a new one would replace.
@@ -238,24 +186,24 @@ void RecordAudioView::beginTake()
 void RecordAudioView::handleAccess(bool isGranted)
 {
     if (!isGranted) {
-        m_run.setError(QStringLiteral("Microphone access is required to record."));
+        run()->setError(QStringLiteral("Microphone access is required to record."));
         return;
     }
     clearForNewTake();
     if (m_selectedFile)
         removeIfThere(*m_selectedFile);
-    m_lastHistoryRecordingPath = std::nullopt;
+    expectNewRecording();
     try {
         startRecorder(freePath(temporaryFolder(), newDatedName(QStringLiteral("microphone_")), QStringLiteral("wav")));
     } catch (const Error &error) {
-        m_run.setError(QStringLiteral("Could not start recording: ") + error.localizedDescription());
+        run()->setError(QStringLiteral("Could not start recording: ") + error.localizedDescription());
         stopTake(true);
     }
 }
 
 void RecordAudioView::clearForNewTake()
 {
-    m_run.clearOutput();
+    run()->clearOutput();
     m_pane.search()->setSearchText(QString());
 }
 
@@ -273,7 +221,7 @@ void RecordAudioView::startRecorder(const QString &path)
     selectFile(path);
     emit takeChanged();
     m_recordingTimer.start();
-    m_run.setStatus(QStringLiteral("Recording…"));
+    run()->setStatus(QStringLiteral("Recording…"));
 }
 
 void RecordAudioView::tick()
@@ -305,7 +253,7 @@ void RecordAudioView::pauseTake()
     m_isPaused = true;
     setInputLevel(0);
     emit takeChanged();
-    m_run.setStatus(QStringLiteral("Recording paused."));
+    run()->setStatus(QStringLiteral("Recording paused."));
 }
 
 void RecordAudioView::resumeTake()
@@ -317,7 +265,7 @@ void RecordAudioView::resumeTake()
     m_recordingTimer.start();
     m_isPaused = false;
     emit takeChanged();
-    m_run.setStatus(QStringLiteral("Recording…"));
+    run()->setStatus(QStringLiteral("Recording…"));
 }
 
 void RecordAudioView::stopTake(bool discards)
@@ -336,13 +284,13 @@ void RecordAudioView::stopTake(bool discards)
     setInputLevel(0);
     if (discards) {
         selectFile(std::nullopt);
-        m_run.setStatus(QString());
+        run()->setStatus(QString());
     }
     emit takeChanged();
     if (discards || !m_selectedFile)
         return;
-    enterInHistory();
-    m_run.setStatus(QStringLiteral("Recording ready. Transcribe when you're ready."));
+    enterRecording();
+    run()->setStatus(QStringLiteral("Recording ready. Transcribe when you're ready."));
 }
 
 void RecordAudioView::setInputLevel(float level)
@@ -370,23 +318,6 @@ void RecordAudioView::selectFile(const std::optional<QString> &path)
     m_playback.refreshPlaybackState();
 }
 
-void RecordAudioView::enterInHistory()
-{
-    if (!itemExists(*m_selectedFile) || m_selectedFile == m_lastHistoryRecordingPath)
-        return;
-    m_lastHistoryRecordingPath = m_selectedFile;
-    m_history.addEntry({
-        .text = {},
-        .srtText = std::nullopt,
-        .sourceLabel = *m_selectedFile,
-        .model = m_model.modelName(),
-        .language = effectiveLanguage(m_language.language()),
-        .diarization = false,
-        .recordingPath = m_selectedFile,
-        .replaceExisting = true,
-    });
-}
-
 // What happens to a take that is open: the user is told at once that sound is missing.
 
 void RecordAudioView::handleInterruption(const Error &interruption)
@@ -394,96 +325,37 @@ void RecordAudioView::handleInterruption(const Error &interruption)
     if (!m_isRecording)
         return;
     m_interruption = interruption.localizedDescription();
-    m_run.setError(m_interruption);
+    run()->setError(m_interruption);
 }
 
 void RecordAudioView::handleResumption()
 {
-    if (m_interruption && m_run.error() == m_interruption)
-        m_run.setError(std::nullopt);
+    if (m_interruption && run()->error() == m_interruption)
+        run()->setError(std::nullopt);
     m_interruption = std::nullopt;
 }
 
 void RecordAudioView::handleRecorderFailure(const Error &failure)
 {
     stopTake(false);
-    m_run.setError(failure.localizedDescription());
+    run()->setError(failure.localizedDescription());
 }
 
 void RecordAudioView::saveAudio()
 {
-    if (!m_selectedFile)
-        return;
-    m_panels.saveFile({lastPathComponent(*m_selectedFile), {QStringLiteral("wav")}},
-                      [self = QPointer(this)](const std::optional<QString> &destination) {
-                          if (self && self->m_selectedFile && destination)
-                              self->saveTake(*destination);
-                      });
+    saveSource(QStringLiteral("wav"), [this](const QString &status) { run()->setStatus(status); });
 }
-
-void RecordAudioView::saveTake(const QString &destination)
-{
-    try {
-        if (!isSameItem(*m_selectedFile, destination)) {
-            if (itemExists(destination))
-                removeItem(destination);
-            copyFile(*m_selectedFile, destination, FileAccess::Usual);
-        }
-        m_run.setStatus(QStringLiteral("Saved recording to ") + lastPathComponent(destination));
-    } catch (const Error &error) {
-        m_run.setError(QStringLiteral("Could not save recording: ") + error.localizedDescription());
-    }
-}
-
-// The run
 
 void RecordAudioView::transcribe()
 {
     if (m_isRecording)
         stopTake(false);
-    if (!m_selectedFile) {
-        m_run.setError(QStringLiteral("Please record audio first."));
+    const auto modelPath = modelPathForStart();
+    if (!modelPath)
         return;
-    }
-    const auto modelPath = m_model.modelPath();
-    if (!modelPath) {
-        m_run.setError(QStringLiteral("Please select a downloaded model."));
-        return;
-    }
-    m_run.beginRun();
-    prepareAndRun(*m_selectedFile, *modelPath);
-}
-
-void RecordAudioView::prepareAndRun(const QString &path, const QString &modelPath)
-{
-    runOnWorker([self = QPointer(this), report = reportTo(this), preparer = m_preparer, path, modelPath,
-                 language = m_language.language()] {
-        const auto audioPath = prepareAudio(path, microphonePreparation(), preparer, report);
-        if (!audioPath)
-            return;
-        postToMain([self, audioPath = *audioPath, modelPath, language] {
-            if (self)
-                self->m_run.startBegun(audioPath, modelPath, language);
-        });
-    });
-}
-
-void RecordAudioView::saveToHistory()
-{
-    const QString text = m_run.displayedTranscript();
-    if (trimmedOfWhitespaceAndNewlines(text).isEmpty())
-        return;
-    const auto segments = parseTimedSegments(m_run.rawOutput(), m_run.stripDashes());
-    m_history.addEntry({
-        .text = text,
-        .srtText = renderExport(ExportFormat::srt, {.text = text, .segments = segments}),
-        .sourceLabel = m_selectedFile.value_or(QStringLiteral("recording")),
-        .model = m_model.modelName(),
-        .language = m_run.runLanguage(),
-        .diarization = false,
-        .recordingPath = m_selectedFile,
-        .replaceExisting = true,
-    });
+    run()->beginRun();
+    prepare(*m_selectedFile, [this, modelPath = *modelPath, language = language()->language()](
+                                 const QString &audioPath) { run()->startBegun(audioPath, modelPath, language); });
 }
 
 } // namespace sorvanta

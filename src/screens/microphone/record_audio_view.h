@@ -1,18 +1,10 @@
 #pragma once
 
 #include "audio/playback_controller.h"
-#include "core/audio_preparer.h"
-#include "core/language_choice.h"
-#include "core/temporary_files.h"
-#include "core/transcription_run.h"
-#include "export/run_exports.h"
-#include "models/model_choice.h"
 #include "platform/media/audio_recorder.h"
 #include "platform/media/microphone.h"
-#include "screens/pane/transcript_pane.h"
+#include "screens/transcription_screen.h"
 
-#include <QObject>
-#include <QObjectBindableProperty>
 #include <QTimer>
 #include <QtQml/qqml.h>
 
@@ -22,27 +14,18 @@
 
 namespace sorvanta {
 
-class FilePanels;
-class ModelsSettingsViewModel;
-class TranscriptionHistoryStore;
-
 /// "1:05" of seconds, which are rounded to whole ones and no less than 0.
 QString recordingTimeText(double seconds);
 
 /// The screen that records the microphone and turns the take into a transcript. Main thread only.
-class RecordAudioView : public QObject {
+class RecordAudioView : public sorvanta::TranscriptionScreen { // the whole name, by which QML finds the base
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the application")
-    Q_PROPERTY(sorvanta::TranscriptionRun *run READ run CONSTANT)
-    Q_PROPERTY(sorvanta::ModelChoice *model READ model CONSTANT)
-    Q_PROPERTY(sorvanta::LanguageChoice *language READ language CONSTANT)
-    Q_PROPERTY(sorvanta::TranscriptPane *pane READ pane CONSTANT)
-    Q_PROPERTY(sorvanta::ExportMenu *exportMenu READ exportMenu CONSTANT)
     Q_PROPERTY(bool isRecording READ isRecording NOTIFY takeChanged)
     Q_PROPERTY(QString recordLabel READ recordLabel NOTIFY takeChanged)
     Q_PROPERTY(QString recordSymbol READ recordSymbol NOTIFY takeChanged)
-    Q_PROPERTY(bool canRecord READ canRecord NOTIFY controlsChanged)
+    Q_PROPERTY(bool canRecord READ canRecord NOTIFY canRecordChanged)
     Q_PROPERTY(QString pauseLabel READ pauseLabel NOTIFY takeChanged)
     Q_PROPERTY(QString pauseSymbol READ pauseSymbol NOTIFY takeChanged)
     Q_PROPERTY(QString heading READ heading NOTIFY takeChanged)
@@ -53,8 +36,6 @@ class RecordAudioView : public QObject {
     Q_PROPERTY(bool canUseTake READ canUseTake NOTIFY takeChanged)
     Q_PROPERTY(QString playLabel READ playLabel NOTIFY playChanged)
     Q_PROPERTY(QString playSymbol READ playSymbol NOTIFY playChanged)
-    Q_PROPERTY(QString startLabel READ startLabel NOTIFY controlsChanged)
-    Q_PROPERTY(bool canStart READ canStart NOTIFY controlsChanged)
 
 public:
     /// The microphone as the screen uses it; a test brings its own.
@@ -74,11 +55,7 @@ public:
 
     /// What the screen works with; all of it outlives the screen.
     struct Surroundings {
-        ModelsSettingsViewModel &models;
-        TranscriptionHistoryStore &history;
-        FilePanels &panels;
-        QString resourceFolder; ///< where the engine lies
-        AudioPreparer::Settings preparation = {};
+        ScreenSurroundings shared;
         PlaybackController::OpenPlayer openPlayer = openAudioPlayer;
         MakeInput makeInput = systemInput;
         std::function<double()> seconds = systemSeconds;
@@ -88,13 +65,8 @@ public:
     /// Ends a take that is open; it stays in the history.
     ~RecordAudioView() override;
 
-    TranscriptionRun *run() { return &m_run; }
-    ModelChoice *model() { return &m_model; }
-    LanguageChoice *language() { return &m_language; }
-    TranscriptPane *pane() { return &m_pane; }
+    TranscriptPane *pane() override { return &m_pane; }
     PlaybackController &playback() { return m_playback; }
-    /// What the transcript can be exported as.
-    ExportMenu *exportMenu() { return m_exports.menu(); }
 
     /// The path of the take, or none.
     const std::optional<QString> &selectedFile() const { return m_selectedFile; }
@@ -108,7 +80,7 @@ public:
 
     QString recordLabel() const;
     QString recordSymbol() const;
-    bool canRecord() const { return !m_run.isTranscribing(); }
+    bool canRecord() const { return !run()->isTranscribing(); }
     QString pauseLabel() const;
     QString pauseSymbol() const;
     QString heading() const;
@@ -121,11 +93,6 @@ public:
     bool canUseTake() const { return m_selectedFile && !m_isRecording; }
     QString playLabel() const;
     QString playSymbol() const;
-    QString startLabel() const;
-    bool canStart() const;
-
-    /// What the screen does when it comes on show.
-    void appear();
 
     /// Begins a take, or ends the open one.
     Q_INVOKABLE void toggleRecording();
@@ -138,7 +105,7 @@ public:
     Q_INVOKABLE void transcribe();
 
     Q_SIGNAL void takeChanged();
-    Q_SIGNAL void controlsChanged();
+    Q_SIGNAL void canRecordChanged();
     Q_SIGNAL void recordingStatusTextChanged();
     Q_SIGNAL void inputLevelChanged();
     Q_SIGNAL void levelTextChanged();
@@ -157,21 +124,10 @@ private:
     void setInputLevel(float level);
     void setRecordingDuration(double seconds);
     void selectFile(const std::optional<QString> &path);
-    void enterInHistory();
-    void saveTake(const QString &destination);
-    void prepareAndRun(const QString &path, const QString &modelPath);
-    void saveToHistory();
     void handleInterruption(const Error &interruption);
     void handleResumption();
     void handleRecorderFailure(const Error &failure);
 
-    TranscriptionHistoryStore &m_history;
-    FilePanels &m_panels;
-    TemporaryFiles m_temporaries;
-    AudioPreparer m_preparer;
-    ModelChoice m_model;
-    LanguageChoice m_language;
-    TranscriptionRun m_run;
     std::optional<QString> m_selectedFile;
     bool m_isRecording = false;
     bool m_isPaused = false;
@@ -179,11 +135,9 @@ private:
     double m_recordingDuration = 0;
     double m_recordingAccumulated = 0; // of the stretches that are over
     std::optional<double> m_recordingStart; // of the running stretch, on the clock
-    std::optional<QString> m_lastHistoryRecordingPath;
     std::optional<QString> m_interruption; // what the error says while no sound comes
     const std::function<double()> m_seconds;
     QTimer m_recordingTimer;
-    RunExports m_exports;
     PlaybackController m_playback;
     TranscriptPane m_pane;
     Input m_input;

@@ -15,10 +15,7 @@ namespace sorvanta {
 class BatchPageTest : public UiTest {
 protected:
     BatchPageTest()
-        : screen({.models = bench.models,
-                  .history = bench.history,
-                  .panels = bench.panels,
-                  .resourceFolder = bench.engine.resourceFolder()})
+        : screen(bench.surroundings())
     {
     }
     ~BatchPageTest() override

@@ -15,10 +15,7 @@ namespace sorvanta {
 class FilePageTest : public UiTest {
 protected:
     FilePageTest()
-        : screen({.models = bench.models,
-                  .history = bench.history,
-                  .panels = bench.panels,
-                  .resourceFolder = bench.engine.resourceFolder()})
+        : screen({.shared = bench.surroundings()})
     {
     }
     ~FilePageTest() override

@@ -28,10 +28,7 @@ class MeetingPage : public UiTest {
 protected:
     MeetingPage()
     {
-        MeetingRecorderView::Surroundings surroundings{.models = bench.models,
-                                                       .history = bench.history,
-                                                       .panels = bench.panels,
-                                                       .resourceFolder = bench.engine.resourceFolder(),
+        MeetingRecorderView::Surroundings surroundings{.shared = bench.surroundings(),
                                                        .recorder = sound.surroundings()};
         surroundings.recorder.openPlayer = players.opener();
         screen = std::make_unique<MeetingRecorderView>(surroundings);
@@ -157,12 +154,10 @@ TEST_F(MeetingPage, aRecordingIsRedAndCanBePaused)
     EXPECT_TRUE(item("saveButton")->isEnabled());
     EXPECT_EQ(text("headline"), "Recording system audio… 0:00");
     EXPECT_EQ(text("recordStatus"), "Recording system audio.");
-    savePicture("meeting-recording");
     click(item("pauseButton"));
     EXPECT_EQ(text("pauseButton"), "Resume");
     EXPECT_EQ(text("recordStatus"), "Recording paused.");
     EXPECT_EQ(text("headline"), "Recording system audio… 0:00");
-    savePicture("meeting-paused");
 }
 
 TEST_F(MeetingPage, theButtonsStandInTheirOrder)
@@ -192,7 +187,6 @@ TEST_F(MeetingPage, aFinishedRecordingCanBePlayedSavedAndTranscribed)
     EXPECT_TRUE(text("headline").startsWith("Latest recording ready: meeting_"));
     EXPECT_EQ(text("recordStatus"), "Captured audio. Use Transcribe below.");
     EXPECT_TRUE(item("transcribeButton")->isEnabled());
-    savePicture("meeting-ready");
     click(item("saveButton"));
     EXPECT_EQ(bench.panels.saveRequests.size(), 1);
     players.duration = 75;
@@ -201,7 +195,6 @@ TEST_F(MeetingPage, aFinishedRecordingCanBePlayedSavedAndTranscribed)
     EXPECT_TRUE(isShown("playbackSlider"));
     EXPECT_EQ(text("positionText"), "0:00");
     EXPECT_EQ(text("durationText"), "1:15");
-    savePicture("meeting-playing");
 }
 
 TEST_F(MeetingPage, theSliderGoesInTenthsOfASecond)
@@ -235,7 +228,6 @@ TEST_F(MeetingPage, anErrorStandsInRedInTheRecordingBlock)
     QTest::qWait(50); // the rows find their places
     EXPECT_LT(place("headline").bottom(), place("errorText").top());
     EXPECT_LT(place("errorText").bottom(), place("languagePicker").top());
-    savePicture("meeting-error");
 }
 
 TEST_F(MeetingPage, aRunShowsItsRows)
@@ -253,11 +245,6 @@ TEST_F(MeetingPage, aRunShowsItsRows)
     EXPECT_TRUE(isShown("progressBar"));
     EXPECT_EQ(text("progressText"), "Progress: 42%");
     EXPECT_TRUE(isShown("transcriptLines"));
-    savePicture("meeting-transcribing");
-    root->setProperty("contentY", root->property("contentHeight").toDouble() - root->height());
-    savePicture("meeting-transcribing-below");
-    setDark(true);
-    savePicture("meeting-transcribing-below-dark");
 }
 
 TEST_F(MeetingPage, isDarkInTheDark)
@@ -267,7 +254,6 @@ TEST_F(MeetingPage, isDarkInTheDark)
     showPage();
     setDark(true);
     EXPECT_EQ(pixel(item("recordButton"), 6, 16), color("dangerFill"));
-    savePicture("meeting-recording-dark");
 }
 
 TEST_F(MeetingPage, everyButtonIsPressedByAScreenReader)
@@ -285,49 +271,273 @@ TEST_F(MeetingPage, everyButtonIsPressedByAScreenReader)
     EXPECT_EQ(bench.panels.saveRequests.size(), 1);
 }
 
-class MeetingPageLayout : public MeetingPage, public testing::WithParamInterface<std::pair<int, int>> {
-protected:
-    void expectThatNothingOverlaps()
+// Every state, in the light, in the dark and in a small window.
+
+class MeetingPageState : public MeetingPage {
+public:
+    // How each is reached, behind a page that is on show.
+    void withoutAModel() { }
+    void idle() { useModel(); }
+    void withoutTheMicrophone()
     {
-        QTest::qWait(50);
-        const auto texts = shownTexts(window->contentItem(), QRectF(-1e6, 0, 2e6, root->height()));
-        EXPECT_GT(texts.size(), 5);
-        for (qsizetype i = 0; i < texts.size(); ++i) {
-            EXPECT_GE(texts[i].place.left(), 0) << texts[i].text.toStdString();
-            EXPECT_LE(texts[i].place.right(), root->width()) << texts[i].text.toStdString();
-            for (qsizetype j = i + 1; j < texts.size(); ++j)
-                EXPECT_TRUE((texts[i].place & texts[j].place).isEmpty())
-                    << texts[i].text.toStdString() << " | " << texts[j].text.toStdString();
-        }
+        useModel();
+        screen->setIncludeMic(false);
+    }
+    void starting()
+    {
+        useModel();
+        screen->toggleRecording();
+    }
+    void unstartable()
+    {
+        starting();
+        sound.answerOpening({});
+    }
+    void refused()
+    {
+        starting();
+        sound.answerOpening({.failure = Error(systemSoundErrorDomain, systemSoundDeclined, "Access denied.")});
+    }
+    void recording()
+    {
+        useModel();
+        record();
+        sound.play(500, 0.3);
+    }
+    void recordingWithoutTheMicrophone()
+    {
+        starting();
+        sound.answerOpening({.hasDisplay = true});
+        sound.answerMic(false);
+    }
+    void paused()
+    {
+        recording();
+        screen->togglePause();
+    }
+    void playedWhileRecording()
+    {
+        players.duration = 4000;
+        recording();
+        screen->playLatest();
+    }
+    void finishing()
+    {
+        recording();
+        screen->toggleRecording();
+    }
+    void ready()
+    {
+        useModel();
+        recordAndStop();
+    }
+    void unmixed()
+    {
+        sound.micSeconds = -1;
+        useModel();
+        record(true);
+        sound.play(500, 0.3);
+        screen->toggleRecording();
+        waitFor([this] { return screen->run()->hasError(); });
+    }
+    void playing()
+    {
+        players.duration = 75;
+        ready();
+        screen->playLatest();
+        screen->moveSlider(30);
+    }
+    void playbackPaused()
+    {
+        playing();
+        screen->playLatest();
+    }
+    void unplayable()
+    {
+        players.refusal = Error("libmpv", -13, "loading failed");
+        ready();
+        screen->playLatest();
+    }
+    void saved()
+    {
+        ready();
+        screen->saveAudio();
+        bench.panels.answer(bench.file("The minutes of the north end.m4a"));
+    }
+    void unsaved()
+    {
+        ready();
+        screen->saveAudio();
+        bench.panels.answer(bench.file("nowhere/The minutes.m4a"));
+    }
+    void converting()
+    {
+        useModel(at42Percent);
+        recordAndStop();
+        screen->transcribe();
+    }
+    void preparing()
+    {
+        transcribe("sleep 60000\n", [this] { return screen->run()->status() == "Preparing…"; });
+    }
+    void running()
+    {
+        transcribe(at42Percent, [this] { return screen->run()->progress() == 0.42; });
+    }
+    void stopping()
+    {
+        transcribe("ignore-stop\n" + at42Percent, [this] { return screen->run()->progress() == 0.42; });
+        screen->run()->stopRun();
+    }
+    void cancelled()
+    {
+        running();
+        screen->run()->stopRun();
+        waitFor([this] { return !screen->run()->isTranscribing(); });
+    }
+    void done()
+    {
+        transcribe(QByteArray(at42Percent).replace("sleep 60000", "exit 0"),
+                   [this] { return screen->run()->status() == "Done"; });
+    }
+    void failed()
+    {
+        transcribe("complain " + QByteArray("a long log of the engine ").repeated(60) + "%0A\nexit 1\n",
+                   [this] { return screen->run()->hasError(); });
+    }
+
+private:
+    template<typename Condition>
+    void transcribe(const QByteArray &commands, Condition isReached)
+    {
+        useModel(commands);
+        recordAndStop();
+        screen->transcribe();
+        waitFor(isReached);
     }
 };
 
-TEST_P(MeetingPageLayout, holdsAllThatASessionBrings)
-{
-    const auto [width, height] = GetParam();
-    const QString name = QStringLiteral("meeting-layout-%1").arg(width);
-    showPage(width - 260, height);
-    expectThatNothingOverlaps();
-    savePicture(name + "-idle");
-    useModel("complain " + QByteArray("a long log ").repeated(40) + "%0A\nexit 1\n");
-    record(true);
-    expectThatNothingOverlaps();
-    sound.play(500, 0.3);
-    screen->toggleRecording();
-    waitFor([this] { return !screen->recorder().systemURL(); });
-    players.duration = 4000;
-    screen->playLatest();
-    expectThatNothingOverlaps();
-    screen->transcribe();
-    waitFor([this] { return screen->run()->hasError(); });
-    expectThatNothingOverlaps();
-    savePicture(name + "-full");
-    root->setProperty("contentY", std::max(0.0, root->property("contentHeight").toDouble() - root->height()));
-    expectThatNothingOverlaps();
-}
+struct MeetingState {
+    const char *name;
+    void (MeetingPageState::*reach)();
+    const char *buttons; // in their order; those that are off in brackets
+    const char *headline; // how it begins
+    const char *recordStatus;
+    const char *status;
+    const char *error; // how it begins
+};
 
-INSTANTIATE_TEST_SUITE_P(Sizes, MeetingPageLayout,
-                         testing::Values(std::pair(1200, 700), std::pair(760, 520), std::pair(1920, 1080)));
+using State = MeetingPageState;
+constexpr auto pressRecord = "Press Record to capture system output audio.";
+constexpr auto recordingHeadline = "Recording system audio… 0:00";
+constexpr auto rawHeadline = "Latest recording ready: meeting-system-";
+constexpr auto finalHeadline = "Latest recording ready: meeting_";
+constexpr auto captured = "Captured audio. Use Transcribe below.";
+constexpr auto noOutputButtons = "Record System Audio + Microphone, (Play Latest), (Save Audio), (Transcribe)";
+constexpr auto recordingButtons = "Stop Recording, Pause, Play Latest, Save Audio, Transcribe";
+constexpr auto readyButtons = "Record System Audio, Play Latest, Save Audio, Transcribe";
+constexpr auto runButtons = "Record System Audio, Play Latest, Save Audio, (Transcribing…), Stop";
+
+const MeetingState meetingStates[] = {
+    {"withoutAModel", &State::withoutAModel, noOutputButtons, pressRecord, "", "", ""},
+    {"idle", &State::idle, noOutputButtons, pressRecord, "", "", ""},
+    {"withoutTheMicrophone", &State::withoutTheMicrophone,
+     "Record System Audio, (Play Latest), (Save Audio), (Transcribe)", pressRecord, "", "", ""},
+    {"starting", &State::starting, "(Record System Audio + Microphone), (Play Latest), (Save Audio), (Transcribe)",
+     pressRecord, "Starting…", "", ""},
+    {"unstartable", &State::unstartable, noOutputButtons, pressRecord, "", "",
+     "No display found to capture audio from."},
+    {"refused", &State::refused, noOutputButtons, pressRecord, "", "",
+     "Screen Recording permission is required to capture system audio. Open System Settings → Privacy & Security → "
+     "Screen Recording and enable this app."},
+    {"recording", &State::recording, recordingButtons, recordingHeadline, "Recording system audio.", "", ""},
+    {"recordingWithoutTheMicrophone", &State::recordingWithoutTheMicrophone, recordingButtons, recordingHeadline,
+     "Recording system audio.", "", "Microphone capture unavailable. Recording system audio only. Microphone "},
+    {"paused", &State::paused, "Stop Recording, Resume, Play Latest, Save Audio, Transcribe", recordingHeadline,
+     "Recording paused.", "", ""},
+    {"playedWhileRecording", &State::playedWhileRecording,
+     "Stop Recording, Pause, Pause Playback, Save Audio, Transcribe", recordingHeadline, "Playing latest recording…",
+     "", ""},
+    {"finishing", &State::finishing, readyButtons, rawHeadline, captured, "", ""},
+    {"ready", &State::ready, readyButtons, finalHeadline, captured, "", ""},
+    {"unmixed", &State::unmixed, "Record System Audio + Microphone, Play Latest, Save Audio, Transcribe", rawHeadline,
+     captured, "", "Could not mix microphone audio. System audio only was captured."},
+    {"playing", &State::playing, "Record System Audio, Pause Playback, Save Audio, Transcribe", finalHeadline,
+     "Playing latest recording…", "", ""},
+    {"playbackPaused", &State::playbackPaused, "Record System Audio, Resume Playback, Save Audio, Transcribe",
+     finalHeadline, "Playback paused.", "", ""},
+    {"unplayable", &State::unplayable, readyButtons, finalHeadline, captured, "",
+     "Unable to play audio: loading failed"},
+    {"saved", &State::saved, readyButtons, finalHeadline, "Saved recording to The minutes of the north end.m4a", "",
+     ""},
+    {"unsaved", &State::unsaved, readyButtons, finalHeadline, captured, "", "Could not save recording: “meeting_"},
+    {"converting", &State::converting, runButtons, finalHeadline, captured, "Converting…", ""},
+    {"preparing", &State::preparing, runButtons, finalHeadline, captured, "Preparing…", ""},
+    {"running", &State::running, runButtons, finalHeadline, captured, "", ""},
+    {"stopping", &State::stopping, runButtons, finalHeadline, captured, "", ""},
+    {"cancelled", &State::cancelled, readyButtons, finalHeadline, captured, "Cancelled", ""},
+    {"done", &State::done, readyButtons, finalHeadline, captured, "Done", ""},
+    {"failed", &State::failed, readyButtons, finalHeadline, captured, "", "Whisper failed: a long log of the engine"},
+};
+
+struct MeetingLook {
+    const char *name;
+    int width;
+    int height;
+    bool isDark;
+};
+
+const MeetingLook meetingLooks[] = {
+    {"Light", 940, 700, false}, {"Dark", 940, 700, true}, {"Small", 500, 520, false}, {"Large", 1660, 1080, false}};
+
+class MeetingPageStates : public MeetingPageState,
+                          public testing::WithParamInterface<std::tuple<MeetingState, MeetingLook>> {
+protected:
+    QString shownButtons() const
+    {
+        QStringList shown;
+        for (const char *name :
+             {"recordButton", "pauseButton", "playButton", "saveButton", "transcribeButton", "stopButton"}) {
+            if (isShown(name))
+                shown << (item(name)->isEnabled() ? text(name) : '(' + text(name) + ')');
+        }
+        return shown.join(", ");
+    }
+    QString ifShown(const QString &objectName) const { return isShown(objectName) ? text(objectName) : QString(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(EachInEachLook, MeetingPageStates,
+                         testing::Combine(testing::ValuesIn(meetingStates), testing::ValuesIn(meetingLooks)),
+                         [](const auto &suite) {
+                             return std::string(std::get<0>(suite.param).name) + std::get<1>(suite.param).name;
+                         });
+
+TEST_P(MeetingPageStates, showsItsButtonsAndWords)
+{
+    const auto &[state, look] = GetParam();
+    screen->appear();
+    showPage(look.width, look.height);
+    setDark(look.isDark);
+    (this->*state.reach)();
+    EXPECT_EQ(shownButtons(), QString::fromUtf8(state.buttons));
+    EXPECT_TRUE(text("headline").startsWith(QString::fromUtf8(state.headline))) << text("headline").toStdString();
+    EXPECT_EQ(ifShown("recordStatus"), QString::fromUtf8(state.recordStatus));
+    EXPECT_EQ(ifShown("statusText"), QString::fromUtf8(state.status));
+    EXPECT_TRUE(ifShown("errorText").startsWith(QString::fromUtf8(state.error))) << ifShown("errorText").toStdString();
+    EXPECT_EQ(isShown("errorText"), QByteArrayView(state.error).size() > 0);
+    EXPECT_EQ(isShown("playbackSlider"), players.opened > 0);
+    EXPECT_TRUE(item("includeMicSwitch")->isEnabled());
+    QTest::qWait(50); // the rows find their places
+    expectThatNothingOverlaps(root);
+    const QString picture = QString("meeting-%1-%2").arg(state.name, look.name);
+    savePicture(picture);
+    const double below = root->property("contentHeight").toDouble() - root->height();
+    if (below > 0) {
+        root->setProperty("contentY", below);
+        expectThatNothingOverlaps(root);
+        savePicture(picture + "-below");
+    }
+}
 
 } // namespace
 

@@ -309,10 +309,7 @@ TEST_F(BatchRunTest, aSecondStartDuringABatchDoesNothing)
 
 TEST_F(BatchRunTest, aBatchAndAFileRunGoOnTogether)
 {
-    TranscriptFromFileView file({.models = bench.models,
-                                 .history = bench.history,
-                                 .panels = bench.panels,
-                                 .resourceFolder = bench.engine.resourceFolder()});
+    TranscriptFromFileView file({.shared = bench.surroundings()});
     useModel(twoLines + "sleep 150\n");
     file.model()->refresh();
     file.chooseFile();

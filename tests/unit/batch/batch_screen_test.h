@@ -17,11 +17,7 @@ protected:
 
     void makeScreen()
     {
-        screen = std::make_unique<sorvanta::BatchProcessingView>(
-            sorvanta::BatchProcessingView::Surroundings{.models = bench.models,
-                                                        .history = bench.history,
-                                                        .panels = bench.panels,
-                                                        .resourceFolder = bench.engine.resourceFolder()});
+        screen = std::make_unique<sorvanta::BatchProcessingView>(bench.surroundings());
         statuses.clear();
         QObject::connect(screen->run(), &sorvanta::RunState::statusChanged, screen->run(),
                          [this] { statuses << screen->run()->status(); });

@@ -18,12 +18,8 @@ protected:
 
     void makeScreen()
     {
-        screen = std::make_unique<sorvanta::TranscriptFromFileView>(
-            sorvanta::TranscriptFromFileView::Surroundings{.models = bench.models,
-                                                           .history = bench.history,
-                                                           .panels = bench.panels,
-                                                           .resourceFolder = bench.engine.resourceFolder(),
-                                                           .openPlayer = players.opener()});
+        screen = std::make_unique<sorvanta::TranscriptFromFileView>(sorvanta::TranscriptFromFileView::Surroundings{
+            .shared = bench.surroundings(), .openPlayer = players.opener()});
         statuses.clear();
         QObject::connect(screen->run(), &sorvanta::TranscriptionRun::statusChanged, screen->run(),
                          [this] { statuses << screen->run()->status(); });

@@ -84,8 +84,7 @@ TEST_F(MeetingScreen, theTimeIsACountOfSeconds)
 
 TEST_F(MeetingScreen, aSecondIsASecond)
 {
-    const MeetingRecorderView::Surroundings surroundings{
-        .models = bench.models, .history = bench.history, .panels = bench.panels, .resourceFolder = {}};
+    const MeetingRecorderView::Surroundings surroundings{.shared = bench.surroundings()};
     EXPECT_EQ(surroundings.second, std::chrono::seconds(1));
 }
 
@@ -109,6 +108,25 @@ TEST_F(MeetingScreen, whilePausedTheTimeStandsStillAndTheHeadlineStays)
     EXPECT_FALSE(recorder().isPaused());
     EXPECT_EQ(screen->recordStatus(), u"Recording system audio."_qs);
     waitFor([&] { return screen->elapsed() > elapsed; });
+}
+
+TEST_F(MeetingScreen, saysEachStep)
+{
+    QStringList said;
+    const QObject listener;
+    QObject::connect(screen.get(), &MeetingRecorderView::recordingChanged, &listener, [&] {
+        if (said.isEmpty() || said.last() != screen->recordStatus())
+            said << screen->recordStatus();
+    });
+    record();
+    screen->togglePause();
+    screen->togglePause();
+    screen->togglePause();
+    screen->toggleRecording();
+    waitForFinal();
+    EXPECT_THAT(said, ElementsAre(u"Starting…"_qs, u"Recording system audio. Keep this app open."_qs,
+                                  u"Recording system audio."_qs, u"Recording paused."_qs, u"Recording system audio."_qs,
+                                  u"Recording paused."_qs, u"Captured audio. Use Transcribe below."_qs));
 }
 
 TEST_F(MeetingScreen, aPauseOfNothingDoesNothing)

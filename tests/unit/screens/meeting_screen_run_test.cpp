@@ -20,7 +20,7 @@ TEST_F(MeetingScreenRun, asksForARecordingFirst)
 TEST_F(MeetingScreenRun, asksForAModelThen)
 {
     recordAndStop();
-    EXPECT_FALSE(screen->canTranscribe());
+    EXPECT_FALSE(screen->canStart());
     screen->transcribe();
     EXPECT_EQ(error(), u"Please select a downloaded model."_qs);
     EXPECT_FALSE(run().isTranscribing());
@@ -36,17 +36,17 @@ TEST_F(MeetingScreenRun, theChecksComeBeforeTheRecordingIsStopped)
 
 TEST_F(MeetingScreenRun, canTranscribeWithARecordingAndAModel)
 {
-    EXPECT_FALSE(screen->canTranscribe());
+    EXPECT_FALSE(screen->canStart());
     useModel(twoMeetingLines);
-    EXPECT_FALSE(screen->canTranscribe());
+    EXPECT_FALSE(screen->canStart());
     recordAndStop();
-    EXPECT_TRUE(screen->canTranscribe());
-    EXPECT_EQ(screen->transcribeLabel(), u"Transcribe"_qs);
+    EXPECT_TRUE(screen->canStart());
+    EXPECT_EQ(screen->startLabel(), u"Transcribe"_qs);
     screen->transcribe();
-    EXPECT_FALSE(screen->canTranscribe());
-    EXPECT_EQ(screen->transcribeLabel(), u"Transcribing…"_qs);
+    EXPECT_FALSE(screen->canStart());
+    EXPECT_EQ(screen->startLabel(), u"Transcribing…"_qs);
     waitForStatus(u"Done"_qs);
-    EXPECT_TRUE(screen->canTranscribe());
+    EXPECT_TRUE(screen->canStart());
 }
 
 TEST_F(MeetingScreenRun, saysEachStep)
@@ -135,17 +135,51 @@ TEST_F(MeetingScreenRun, canBeStopped)
 
 TEST_F(MeetingScreenRun, duringARecordingItStopsThatAndTakesTheRawFile)
 {
-    useModel(twoMeetingLines);
+    useModel(twoMeetingLines + "sleep 1500\n");
+    sound.micSeconds = 3;
     record(true);
     sound.play(500, 0.5);
     const QString raw = *recorder().outputURL();
     screen->transcribe();
     EXPECT_FALSE(screen->isRecording());
     EXPECT_TRUE(run().isTranscribing());
+    EXPECT_EQ(screen->recordStatus(), u"Captured audio. Use Transcribe below."_qs);
+    EXPECT_EQ(historySources(), QStringList{raw});
+    waitFor([this] { return run().hasShownText(); });
+    const QStringList wav = bench.temporaryFiles().filter(u"meeting-transcribe-"_qs);
+    ASSERT_EQ(wav.size(), 1);
+    constexpr double bytesPerSecond = 32000;
+    EXPECT_LT(QFileInfo(bench.temporaryFolder() + u'/' + wav[0]).size() / bytesPerSecond, 1)
+        << "as long as what the system played, and without the microphone's three seconds";
     waitForStatus(u"Done"_qs);
     waitForFinal();
-    EXPECT_NE(*recorder().outputURL(), raw);
-    EXPECT_TRUE(historySources().contains(raw));
+    const QString final = *recorder().outputURL();
+    EXPECT_NE(final, raw);
+    EXPECT_EQ(historySources(), (QStringList{final, raw}));
+    EXPECT_EQ(bench.history.entries()[0].text, u"- One\nTwo"_qs);
+    EXPECT_EQ(bench.history.entries()[1].text, QString());
+}
+
+TEST_F(MeetingScreenRun, aRecordingThatIsBegunMeanwhileDoesNotTakeItsText)
+{
+    useModel(twoMeetingLines);
+    const QString first = recordAndStop();
+    screen->transcribe();
+    record();
+    sound.play(500, 0.3);
+    const QString raw = *recorder().outputURL();
+    waitForStatus(u"Done"_qs);
+    screen->toggleRecording();
+    waitForFinal();
+    const auto &entries = bench.history.entries();
+    EXPECT_EQ(historySources().count(first), 1);
+    EXPECT_EQ(historySources().count(raw), 1);
+    EXPECT_EQ(entries.size(), 4) << "two of each recording";
+    EXPECT_EQ(
+        std::count_if(entries.begin(), entries.end(),
+                      [&](const auto &entry) { return entry.sourceLabel == first && entry.text == u"- One\nTwo"_qs; }),
+        1)
+        << "a recording that was begun meanwhile has not taken it";
 }
 
 TEST_F(MeetingScreenRun, theResultTakesTheRecordingsPlaceInTheHistory)

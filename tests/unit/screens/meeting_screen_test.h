@@ -24,12 +24,8 @@ protected:
 
     void makeScreen(std::chrono::milliseconds second = std::chrono::hours(1))
     {
-        sorvanta::MeetingRecorderView::Surroundings surroundings{.models = bench.models,
-                                                                 .history = bench.history,
-                                                                 .panels = bench.panels,
-                                                                 .resourceFolder = bench.engine.resourceFolder(),
-                                                                 .recorder = sound.surroundings(),
-                                                                 .second = second};
+        sorvanta::MeetingRecorderView::Surroundings surroundings{
+            .shared = bench.surroundings(), .recorder = sound.surroundings(), .second = second};
         surroundings.recorder.openPlayer = players.opener();
         screen = std::make_unique<sorvanta::MeetingRecorderView>(surroundings);
     }

@@ -19,10 +19,7 @@ protected:
     void makeScreen()
     {
         screen = std::make_unique<sorvanta::RecordAudioView>(
-            sorvanta::RecordAudioView::Surroundings{.models = bench.models,
-                                                    .history = bench.history,
-                                                    .panels = bench.panels,
-                                                    .resourceFolder = bench.engine.resourceFolder(),
+            sorvanta::RecordAudioView::Surroundings{.shared = bench.surroundings(),
                                                     .openPlayer = players.opener(),
                                                     .makeInput = microphone.input(),
                                                     .seconds = [this] { return seconds; }});
