@@ -30,6 +30,16 @@ protected:
             urls << QUrl::fromLocalFile(path);
         return urls;
     }
+    /// An empty file with a name of these bytes.
+    QUrl fileWithBrokenName(const QByteArray &name) const
+    {
+        const QByteArray path = QFile::encodeName(bench.file(QString())) + name;
+        FILE *const file = std::fopen(path.constData(), "w");
+        EXPECT_TRUE(file);
+        if (file)
+            std::fclose(file);
+        return QUrl::fromEncoded("file://" + path.toPercentEncoding("/"));
+    }
     void runInTheBackground()
     {
         start({u"/music/a.wav"_qs}, "print [x] One%0A\nsleep 20000\n");
@@ -273,21 +283,31 @@ TEST_F(BatchFiles, aNameWithALineBreakIsOneLineAndIsTranscribed)
     EXPECT_EQ(status(0), FileStatus::done);
 }
 
-TEST_F(BatchFiles, aNameThatIsNoUtf8ReachesTheEngineWhichSaysThatThereIsNoSuchFile)
+TEST_F(BatchFiles, aMovieWhoseNameIsNoUtf8IsToldAsOneThatCannotBeConverted)
 {
-    const QByteArray name = QFile::encodeName(bench.file(QString())) + "no\xff utf8.mp4";
-    FILE *const file = std::fopen(name.constData(), "w");
-    ASSERT_TRUE(file);
-    std::fclose(file);
-    const QList<QUrl> dropped{QUrl::fromEncoded("file://" + name.toPercentEncoding("/"))};
-    ASSERT_TRUE(dropped[0].isValid());
-    EXPECT_TRUE(screen->dropFiles(dropped));
+    const QUrl movie = fileWithBrokenName("no\xff utf8.mp4");
+    EXPECT_TRUE(screen->dropFiles({movie, movie, fileWithBrokenName("no\xfe utf8.mp4")}));
+    EXPECT_EQ(chosen().size(), 2) << "two names that look alike are two";
     useModel(twoLines);
     screen->start();
     waitForEnd();
     ASSERT_TRUE(run().error());
     EXPECT_TRUE(run().error()->startsWith(u"Could not convert no"_qs)) << run().error()->toStdString();
     EXPECT_TRUE(run().error()->endsWith(u" utf8.mp4 for transcription."_qs)) << run().error()->toStdString();
+    EXPECT_TRUE(bench.temporaryFiles().isEmpty());
+}
+
+TEST_F(BatchFiles, aSoundWhoseNameIsNoUtf8ReachesTheEngineUnderANameThatIsNotThere)
+{
+    EXPECT_TRUE(screen->dropFiles({fileWithBrokenName("no\xff utf8.wav")}));
+    useModel("arguments\n");
+    screen->start();
+    waitForEnd();
+    const QString given = result(0).rawOutput().section(u'\n', 3, 3);
+    EXPECT_TRUE(given.endsWith(u"\uFFFD utf8.wav"_qs)) << given.toStdString();
+    EXPECT_FALSE(QFile::exists(given)) << "which the engine tells";
+    EXPECT_EQ(status(0), FileStatus::done);
+    EXPECT_TRUE(screen->selectedName().endsWith(u" utf8.wav"_qs));
 }
 
 TEST_F(BatchFiles, clearFilesForgetsFilesAndResults)

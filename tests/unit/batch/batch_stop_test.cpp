@@ -1,5 +1,9 @@
 #include "batch_screen_test.h"
 
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QThreadPool>
+
 #include <chrono>
 #include <thread>
 
@@ -15,6 +19,30 @@ protected:
     {
         start(paths, twoLines + "only b.wav\nsleep 20000\n");
         waitFor([this] { return status(1) == FileStatus::running && result(1).hasTranscript; });
+    }
+    /// Calls `action` on the main thread as soon as the status says this.
+    template<typename Action>
+    void when(const QString &words, Action action)
+    {
+        QObject::connect(&run(), &RunState::statusChanged, &run(), [this, words, action] {
+            if (run().status() == words)
+                action();
+        });
+    }
+    /// Whether the engine is at work on this file now.
+    bool isEngineAt(const QByteArray &audioPath) const
+    {
+        const QByteArray engine = QFile::encodeName(bench.engine.enginePath());
+        const QDir processes(u"/proc"_qs);
+        for (const QString &process : processes.entryList({u"[0-9]*"_qs}, QDir::Dirs)) {
+            QFile file(processes.filePath(process + u"/cmdline"_qs));
+            if (!file.open(QIODevice::ReadOnly))
+                continue;
+            const QList<QByteArray> words = file.readAll().split('\0');
+            if (words.first() == engine && words.contains(audioPath))
+                return true;
+        }
+        return false;
     }
 };
 
@@ -77,10 +105,7 @@ TEST_F(BatchStop, whileAFileIsConvertedCancelsAllThatIsNotDone)
     const QString clip = movie(u"b.mp4"_qs, 300.0);
     useModel(twoLines);
     choose({u"/music/a.wav"_qs, clip, u"/music/c.wav"_qs});
-    QObject::connect(&run(), &RunState::statusChanged, &run(), [this] {
-        if (run().status() == u"Converting b.mp4 to wav audio…"_qs)
-            run().stopRun();
-    });
+    when(u"Converting b.mp4 to wav audio…"_qs, [this] { run().stopRun(); });
     screen->start();
     waitForEnd();
     EXPECT_TRUE(statuses.contains(u"Stopping…"_qs));
@@ -102,13 +127,14 @@ TEST_F(BatchStop, whileAFileIsConvertedCancelsAllThatIsNotDone)
 
 TEST_F(BatchStop, atTheEndOfARunCancelsThatFileAndItIsNotKept)
 {
-    useModel(twoLines + "only b.wav\nsleep 800\n");
+    useModel(twoLines + "only b.wav\nsleep 1500\n");
     choose(threeFiles);
-    QObject::connect(&run(), &RunState::statusChanged, &run(), [this] {
-        if (run().status() != u"Transcribing a.wav (1/3)"_qs)
-            return;
+    when(u"Transcribing a.wav (1/3)"_qs, [this] {
         // The first run ends and the second begins, while the main thread is at something else.
-        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        const QDeadlineTimer deadline(20000);
+        while (!isEngineAt("/music/b.wav") && !deadline.hasExpired())
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        ASSERT_TRUE(isEngineAt("/music/b.wav"));
         run().stopRun();
     });
     screen->start();
@@ -123,16 +149,35 @@ TEST_F(BatchStop, atTheEndOfARunCancelsThatFileAndItIsNotKept)
     EXPECT_TRUE(bench.history.entries().isEmpty());
 }
 
+TEST_F(BatchStop, whenTheLastRunHasEndedCancelsAllThatTheMainThreadHasNotHeardOfYet)
+{
+    useModel(twoLines);
+    choose({u"/music/a.wav"_qs, u"/music/b.wav"_qs});
+    when(u"Transcribing a.wav (1/2)"_qs, [this] {
+        ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(20000));
+        run().stopRun();
+    });
+    screen->start();
+    waitForEnd();
+    EXPECT_EQ(run().status(), u"Cancelled"_qs);
+    EXPECT_FALSE(run().error());
+    EXPECT_EQ(run().progress(), 1.0) << "set although the batch was stopped";
+    EXPECT_EQ(run().etaText(), u"Done"_qs);
+    for (qsizetype row = 0; row < 2; ++row) {
+        EXPECT_EQ(status(row), FileStatus::cancelled);
+        EXPECT_FALSE(result(row).error);
+        EXPECT_EQ(result(row).transcript(), u"- One\nTwo"_qs);
+    }
+    EXPECT_TRUE(bench.history.entries().isEmpty());
+}
+
 TEST_F(BatchStop, ofAConversionThatFailsIsToldAsThatFailure)
 {
     const QString silent = bench.file(u"silent.mp4"_qs);
     writeSilentMovie(silent);
     useModel(twoLines);
     choose({silent});
-    QObject::connect(&run(), &RunState::statusChanged, &run(), [this] {
-        if (run().status() == u"Converting silent.mp4 to wav audio…"_qs)
-            run().stopRun();
-    });
+    when(u"Converting silent.mp4 to wav audio…"_qs, [this] { run().stopRun(); });
     screen->start();
     waitForEnd();
     EXPECT_EQ(run().error(), u"Could not convert silent.mp4 for transcription."_qs);
