@@ -4,7 +4,7 @@ import QtQuick
 import Sorvanta.Style
 import Sorvanta.Screens
 
-// Where the files are chosen, by a panel or by a drop, and what has been chosen.
+// The section in which the files are chosen, by a panel or by a drop anywhere in it, and what has been chosen.
 DropArea {
     id: area
 
@@ -15,7 +15,7 @@ DropArea {
     }
 
     objectName: "dropArea"
-    implicitHeight: card.implicitHeight
+    implicitHeight: card.y + card.implicitHeight
     onEntered: drag => drag.accepted = view.acceptsDrop(drag.urls, drag.formats)
     onDropped: drop => {
         const format = view.mediaFormat(drop.formats);
@@ -29,10 +29,21 @@ DropArea {
             view.dropData(drop.getDataAsArrayBuffer(format));
     }
 
+    SectionLabel {
+        id: label
+
+        objectName: "filesLabel"
+        bottomPadding: 8
+        text: "Audio Files"
+    }
+
     DropCard {
         id: card
 
-        anchors.fill: parent
+        objectName: "dropCard"
+        y: label.height
+        width: parent.width
+        height: implicitHeight
         symbol: "tray.full"
         fileOver: area.containsDrag
 

@@ -26,11 +26,6 @@ ScrollingPage {
         subtitle: "Select multiple audio/video files, choose a downloaded model, and transcribe them sequentially with whisper."
     }
 
-    SectionLabel {
-        bottomPadding: 8
-        text: "Audio Files"
-    }
-
     BatchDropCard {
         id: dropCard
 

@@ -16,13 +16,18 @@ class BatchPageDrop : public BatchPageTest {
 protected:
     BatchPageDrop() { showPage(); }
 
-    QPoint middleOfCard() const { return place("dropArea").center().toPoint(); }
+    QPoint middleOfCard() const { return place("dropCard").center().toPoint(); }
 
     bool enter(const QMimeData &data, const QPoint &point)
     {
         QDragEnterEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(window.get(), &event);
         return event.isAccepted();
+    }
+    void leave()
+    {
+        QDragLeaveEvent event;
+        QCoreApplication::sendEvent(window.get(), &event);
     }
     /// @return the action that was taken, Qt::IgnoreAction for a drop that was refused
     Qt::DropAction drop(const QMimeData &data, const QPoint &point)
@@ -52,7 +57,7 @@ TEST_F(BatchPageDrop, takesAllAudioAndMovieFiles)
     EXPECT_THAT(texts("selectedFileName"), ElementsAre("talk.mov", "song.mp3"));
 }
 
-TEST_F(BatchPageDrop, takesTwoThousandFilesWithoutAStutter)
+TEST_F(BatchPageDrop, takesTwoThousandFilesAtOnce)
 {
     QStringList paths;
     for (int i = 0; i < 2000; ++i)
@@ -75,9 +80,13 @@ TEST_F(BatchPageDrop, refusesFilesOfNeitherKind)
     EXPECT_TRUE(screen.files()->isEmpty());
 }
 
-TEST_F(BatchPageDrop, isTheSectionAndNotThePage)
+TEST_F(BatchPageDrop, isTheWholeSectionAndNotThePage)
 {
     const auto data = files({"/d/song.mp3"});
+    EXPECT_TRUE(enter(*data, place("filesLabel").center().toPoint())) << "its label too";
+    leave();
+    EXPECT_TRUE(enter(*data, place("dropCard").bottomRight().toPoint() - QPoint(4, 4)));
+    leave();
     EXPECT_FALSE(enter(*data, place("startButton").center().toPoint()));
     EXPECT_FALSE(enter(*data, QPoint(470, 40)));
 }
@@ -105,13 +114,12 @@ TEST_F(BatchPageDrop, putsRawAudioIntoATemporaryFile)
 
 TEST_F(BatchPageDrop, showsThatAFileIsOverIt)
 {
-    const QQuickItem *card = item("dropArea");
+    const QQuickItem *card = item("dropCard");
     EXPECT_EQ(pixel(card, 300, 76), color("card"));
     const auto data = files({"/d/song.mp3"});
     ASSERT_TRUE(enter(*data, middleOfCard()));
     EXPECT_EQ(pixel(card, 300, 76), color("accentSoft"));
-    QDragLeaveEvent leave;
-    QCoreApplication::sendEvent(window.get(), &leave);
+    leave();
     EXPECT_EQ(pixel(card, 300, 76), color("card"));
 }
 

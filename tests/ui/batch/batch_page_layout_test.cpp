@@ -139,7 +139,7 @@ TEST_F(BatchPagePlaces, areThoseOfTheDrawing)
     useModel(twoOfFive);
     choose(fiveFiles);
     showPage(); // 260 to the right of where the window draws it
-    EXPECT_EQ(place("dropArea"), QRectF(62, 120, 816, 190));
+    EXPECT_EQ(place("dropCard"), QRectF(62, 120, 816, 190));
     EXPECT_EQ(place("chooseFilesButton").top(), 266);
     EXPECT_EQ(place("clearFilesButton").right(), 862);
     EXPECT_EQ(place("modelPicker"), QRectF(582, 338, 280, 32));
