@@ -5,14 +5,36 @@
 #include "platform/file_system.h"
 #include "platform/paths.h"
 #include "platform/unique_names.h"
+#include "platform/worker.h"
 
 #include <QDateTime>
 
+#include <chrono>
+#include <memory>
 #include <utility>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 namespace sorvanta {
+
+namespace {
+
+/// Whether these are the next bytes of an open file.
+bool comeNext(int file, QByteArrayView bytes)
+{
+    QByteArray there(bytes.size(), Qt::Uninitialized);
+    qsizetype length = 0;
+    while (length < there.size()) {
+        const ssize_t count = ::read(file, there.data() + length, static_cast<size_t>(there.size() - length));
+        if (count <= 0)
+            return false;
+        length += count;
+    }
+    return there == bytes;
+}
+
+} // namespace
 
 HistoryFile::HistoryFile(QString path, std::function<double()> secondsSince1970)
     : m_path(std::move(path))
@@ -23,6 +45,7 @@ HistoryFile::HistoryFile(QString path, std::function<double()> secondsSince1970)
 QList<TranscriptionHistoryEntry> HistoryFile::read()
 {
     m_written.reset();
+    m_comparison = {};
     try {
         QList<TranscriptionHistoryEntry> entries;
         if (!itemIsMissing(m_path))
@@ -38,9 +61,50 @@ QList<TranscriptionHistoryEntry> HistoryFile::read()
     }
 }
 
+void HistoryFile::compare(const QList<TranscriptionHistoryEntry> &entries)
+{
+    auto result = std::make_shared<std::promise<std::optional<Written>>>();
+    m_comparison = result->get_future();
+    runOnWorker([result, path = m_path, entries] { result->set_value(comparedWithFile(path, entries)); });
+}
+
+/// @return none if the file holds anything else, or cannot be read
+std::optional<HistoryFile::Written> HistoryFile::comparedWithFile(const QString &path,
+                                                                  const QList<TranscriptionHistoryEntry> &entries)
+{
+    const FileDescriptor file = opened(encodedPath(path), O_RDONLY | O_NONBLOCK);
+    const std::optional<FileStamp> stamp = file.isOpen() ? stampOf(file.number()) : std::nullopt;
+    if (!stamp)
+        return std::nullopt;
+    bool isSame = true;
+    off_t length = 0;
+    encodeHistory(entries, [&](QByteArrayView piece) {
+        isSame = isSame && comeNext(file.number(), piece);
+        length += piece.size();
+    });
+    if (!isSame || length != stamp->size || stampOf(file.number()) != stamp)
+        return std::nullopt;
+    return Written{*stamp, entries.size()};
+}
+
+bool HistoryFile::isKnownToBeAsWritten() const
+{
+    return m_comparison.valid() && m_comparison.wait_for(std::chrono::seconds(0)) == std::future_status::ready
+           && m_comparison.get();
+}
+
+/// What is known of the file before it is replaced. Nothing is known of it then.
+std::optional<HistoryFile::Written> HistoryFile::takeWritten()
+{
+    const auto compared = isKnownToBeAsWritten() ? m_comparison.get() : std::nullopt;
+    m_comparison = {};
+    const auto written = std::exchange(m_written, std::nullopt);
+    return written ? written : compared;
+}
+
 void HistoryFile::write(const QList<TranscriptionHistoryEntry> &entries)
 {
-    m_written.reset();
+    takeWritten();
     if (m_copyPath)
         copyAside();
     AtomicFile file(m_path);
@@ -50,7 +114,7 @@ void HistoryFile::write(const QList<TranscriptionHistoryEntry> &entries)
 
 void HistoryFile::writeWithNewEntry(const QList<TranscriptionHistoryEntry> &entries)
 {
-    const std::optional<Written> others = std::exchange(m_written, std::nullopt);
+    const std::optional<Written> others = takeWritten();
     const bool isTheNewOneAllThatDiffers = others && others->entryCount > 0 && others->entryCount + 1 == entries.size();
     if (!isTheNewOneAllThatDiffers || !putBeforeOthers(entries.first(), *others))
         write(entries);

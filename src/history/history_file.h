@@ -7,6 +7,7 @@
 #include <QList>
 
 #include <functional>
+#include <future>
 #include <optional>
 
 namespace sorvanta {
@@ -24,6 +25,13 @@ public:
     /// under which name the file will be kept.
     QList<TranscriptionHistoryEntry> read();
 
+    /// Finds out on a worker whether the file holds just this list, which is what read() gave or an order of it, in
+    /// just the form that write() would give it. Once that is known the file counts as left by this object.
+    void compare(const QList<TranscriptionHistoryEntry> &entries);
+
+    /// Whether compare() was called, is done, and found that.
+    bool isKnownToBeAsWritten() const;
+
     /// Replaces the file, at once and as a whole. If the last read failed and the file cannot be copied aside, nothing
     /// is written.
     void write(const QList<TranscriptionHistoryEntry> &entries);
@@ -40,6 +48,9 @@ private:
         qsizetype entryCount;
     };
 
+    static std::optional<Written> comparedWithFile(const QString &path,
+                                                   const QList<TranscriptionHistoryEntry> &entries);
+    std::optional<Written> takeWritten();
     bool putBeforeOthers(const TranscriptionHistoryEntry &entry, const Written &others);
     void commit(AtomicFile &file, qsizetype entryCount);
     QString freeCopyPath() const;
@@ -49,6 +60,7 @@ private:
     std::function<double()> m_secondsSince1970;
     std::optional<QString> m_copyPath; // while the file stands unread
     std::optional<Written> m_written; // while the file is known to hold the list that was last given
+    std::shared_future<std::optional<Written>> m_comparison; // of the list that was read, until the next write
 };
 
 } // namespace sorvanta

@@ -86,6 +86,7 @@ void TranscriptionHistoryStore::reload()
     try {
         QList<TranscriptionHistoryEntry> entries = m_file.read();
         sortNewestFirst(entries);
+        m_file.compare(entries);
         m_list.replaceAll(std::move(entries));
         m_errorMessage = std::nullopt;
     } catch (const Error &error) {

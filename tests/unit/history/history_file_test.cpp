@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QTemporaryDir>
+#include <QThreadPool>
 
 #include <gtest/gtest.h>
 
@@ -51,6 +52,27 @@ protected:
             file.writeWithNewEntry(entries);
         }
         return entries;
+    }
+
+    /// As nobody else would: another text, and no trace of the change.
+    void changeWithoutTrace(const char *text, const char *other) const
+    {
+        const QString path = folder.filePath("h.json");
+        struct stat before;
+        ASSERT_EQ(::stat(path.toUtf8().constData(), &before), 0);
+        QFile changed(path);
+        ASSERT_TRUE(changed.open(QIODevice::ReadWrite));
+        changed.write(bytes("h.json").replace(text, other));
+        changed.close();
+        const timespec times[] = {before.st_atim, before.st_mtim};
+        ASSERT_EQ(::utimensat(AT_FDCWD, path.toUtf8().constData(), times, 0), 0);
+    }
+
+    bool isFoundAsWritten(const QList<TranscriptionHistoryEntry> &entries)
+    {
+        file.compare(entries);
+        QThreadPool::globalInstance()->waitForDone();
+        return file.isKnownToBeAsWritten();
     }
 
     double now = QDateTime(QDate(2026, 2, 3), QTime(4, 5, 6, 789)).toMSecsSinceEpoch() / 1000.0;
@@ -200,20 +222,63 @@ TEST_F(HistoryFiles, takeTheirFirstEntryAfterAnEmptyListAndWithoutAFile)
 TEST_F(HistoryFiles, giveTheirOwnBytesToTheNextOneAsLongAsNobodyChangedThem)
 {
     QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2"});
-    // As nobody else would: another text, and no trace of the change.
-    const QString path = folder.filePath("h.json");
-    struct stat before;
-    ASSERT_EQ(::stat(path.toUtf8().constData(), &before), 0);
-    QFile changed(path);
-    ASSERT_TRUE(changed.open(QIODevice::ReadWrite));
-    changed.write(bytes("h.json").replace("Text of 1", "TEXT OF 1"));
-    changed.close();
-    const timespec times[] = {before.st_atim, before.st_mtim};
-    ASSERT_EQ(::utimensat(AT_FDCWD, path.toUtf8().constData(), times, 0), 0);
+    changeWithoutTrace("Text of 1", "TEXT OF 1");
 
     entries.prepend(historyEntry("3"));
     file.writeWithNewEntry(entries);
     EXPECT_EQ(bytes("h.json"), encodedHistory(entries).replace("Text of 1", "TEXT OF 1"));
+}
+
+TEST_F(HistoryFiles, areKnownAgainWhereTheyHoldTheListInTheFormThatItIsWrittenIn)
+{
+    writtenOneByOne({"1", "2"});
+    QList<TranscriptionHistoryEntry> entries = file.read();
+    EXPECT_FALSE(file.isKnownToBeAsWritten()) << "until it was looked at";
+    EXPECT_TRUE(isFoundAsWritten(entries));
+    changeWithoutTrace("Text of 1", "TEXT OF 1");
+
+    entries.prepend(historyEntry("3"));
+    file.writeWithNewEntry(entries);
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries).replace("Text of 1", "TEXT OF 1"))
+        << "the file's own bytes were taken";
+}
+
+TEST_F(HistoryFiles, areNotKnownInAnotherFormOrderOrWithMoreBehind)
+{
+    const QList<TranscriptionHistoryEntry> entries = {historyEntry("1"), historyEntry("2")};
+    const QByteArray written = encodedHistory(entries);
+    const auto isKnown = [&](const QByteArray &content) {
+        put("h.json", content);
+        file.read();
+        return isFoundAsWritten(entries);
+    };
+    EXPECT_TRUE(isKnown(written));
+    EXPECT_FALSE(isKnown(QByteArray(written).replace(" : ", ": ")));
+    EXPECT_FALSE(isKnown(written + "\n"));
+    EXPECT_FALSE(isKnown(encodedHistory({entries[1], entries[0]})));
+    EXPECT_FALSE(isKnown("[\n\n]"));
+    removeItem(folder.filePath("h.json"));
+    EXPECT_FALSE(isFoundAsWritten(entries));
+}
+
+TEST_F(HistoryFiles, areWrittenAnewIfTheyChangedAfterTheyWereLookedAt)
+{
+    QList<TranscriptionHistoryEntry> entries = writtenOneByOne({"1", "2"});
+    entries = file.read();
+    ASSERT_TRUE(isFoundAsWritten(entries));
+    put("h.json", bytes("h.json").replace("Text", "text"));
+    entries.prepend(historyEntry("3"));
+    file.writeWithNewEntry(entries);
+    EXPECT_EQ(bytes("h.json"), encodedHistory(entries));
+}
+
+TEST_F(HistoryFiles, areNoLongerKnownOnceTheyAreReadAgain)
+{
+    writtenOneByOne({"1", "2"});
+    ASSERT_TRUE(isFoundAsWritten(file.read()));
+    put("h.json", "[{\"unknown\":1," + encodedHistory({historyEntry("5")}).sliced(6));
+    file.read();
+    EXPECT_FALSE(file.isKnownToBeAsWritten());
 }
 
 TEST_F(HistoryFiles, holdTheWholeListAfterAnybodyElseWroteToThem)
