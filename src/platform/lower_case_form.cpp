@@ -1,12 +1,12 @@
 #include "platform/lower_case_form.h"
 
+#include "platform/byte_search.h"
 #include "platform/text_search.h"
 
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace sorvanta {
 
@@ -51,28 +51,17 @@ LowerCaseSearch::LowerCaseSearch(QStringView needle)
 {
 }
 
-bool LowerCaseSearch::mayBeIn(QByteArrayView text) const
-{
-    return indexIn(text, 0) >= 0;
-}
-
-bool LowerCaseSearch::isIn(QByteArrayView text) const
+LowerCaseSearch::Found LowerCaseSearch::find(QByteArrayView text) const
 {
     if (m_form.isEmpty())
-        return true;
-    for (qsizetype at = indexIn(text, 0); at >= 0; at = indexIn(text, at + 1)) {
+        return Found::Whole;
+    Found found = Found::Nowhere;
+    for (qsizetype at = indexOfBytes(text, m_form, 0); at >= 0; at = indexOfBytes(text, m_form, at + 1)) {
         if (!isCutOff(text.sliced(at + m_form.size())))
-            return true;
+            return Found::Whole;
+        found = Found::CutOff;
     }
-    return false;
-}
-
-qsizetype LowerCaseSearch::indexIn(QByteArrayView text, qsizetype from) const
-{
-    const auto *const found =
-        static_cast<const char *>(::memmem(text.data() + from, static_cast<std::size_t>(text.size() - from),
-                                           m_form.constData(), static_cast<std::size_t>(m_form.size())));
-    return found ? found - text.data() : -1;
+    return found;
 }
 
 /// Whether the last character of the needle goes on in `rest`.

@@ -22,15 +22,16 @@ public:
     /// The needle as lowerCaseForm() gives it.
     const QByteArray &form() const { return m_form; }
 
-    /// What isIn() finds, or what it would find but for the marks behind it: where this is not so, no needle that holds
-    /// this one is found either.
-    bool mayBeIn(QByteArrayView text) const;
+    enum class Found {
+        Nowhere, ///< no needle that holds this one is found either
+        CutOff, ///< only where marks behind it make other characters of it; a needle that holds them may be found
+        Whole,
+    };
 
     /// Whether the needle is in `text`, which is a lowerCaseForm(), or several with a byte 0xFF between them.
-    bool isIn(QByteArrayView text) const;
+    Found find(QByteArrayView text) const;
 
 private:
-    qsizetype indexIn(QByteArrayView text, qsizetype from) const;
     bool isCutOff(QByteArrayView rest) const;
 
     QByteArray m_form;

@@ -22,7 +22,8 @@ constexpr char border = '\xff'; // no text has this byte
 
 QByteArray formOf(const QString &text, const QString &sourceLabel, const QString &model)
 {
-    QByteArray form = lowerCaseForm(text) + border + lowerCaseForm(sourceLabel) + border + lowerCaseForm(model);
+    // The short ones first: what is found in them spares the look at the long one.
+    QByteArray form = lowerCaseForm(model) + border + lowerCaseForm(sourceLabel) + border + lowerCaseForm(text);
     form.squeeze(); // it grew piece by piece, and stays
     return form;
 }
@@ -177,8 +178,9 @@ bool FilteredEntries::matches(int sourceRow)
         const TranscriptionHistoryEntry &entry = m_source.entries()[sourceRow];
         searched.form = formOf(entry.text, entry.sourceLabel, entry.model);
     }
-    searched.mayMatch = m_search->mayBeIn(searched.form);
-    return searched.mayMatch && m_search->isIn(searched.form);
+    const LowerCaseSearch::Found found = m_search->find(searched.form);
+    searched.mayMatch = found != LowerCaseSearch::Found::Nowhere;
+    return found == LowerCaseSearch::Found::Whole;
 }
 
 FilteredEntries::Rows FilteredEntries::matchingRows()

@@ -8,9 +8,11 @@ namespace sorvanta {
 
 namespace {
 
+using Found = LowerCaseSearch::Found;
+
 bool isFound(const QString &needle, const QString &text)
 {
-    return LowerCaseSearch(needle).isIn(lowerCaseForm(text));
+    return LowerCaseSearch(needle).find(lowerCaseForm(text)) == Found::Whole;
 }
 
 struct Form {
@@ -69,16 +71,17 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(LowerCaseSearch, doesNotGoOverABorderBetweenTexts)
 {
     const QByteArray texts = lowerCaseForm(u"One") + '\xff' + lowerCaseForm(u"Two");
-    EXPECT_TRUE(LowerCaseSearch(u"one").isIn(texts));
-    EXPECT_TRUE(LowerCaseSearch(u"TWO").isIn(texts));
-    EXPECT_FALSE(LowerCaseSearch(u"onetwo").isIn(texts));
-    EXPECT_TRUE(LowerCaseSearch(u"\u4E00").isIn(lowerCaseForm(u"\u4E00") + '\xff' + lowerCaseForm(u"\u0301")));
+    EXPECT_EQ(LowerCaseSearch(u"one").find(texts), Found::Whole);
+    EXPECT_EQ(LowerCaseSearch(u"TWO").find(texts), Found::Whole);
+    EXPECT_EQ(LowerCaseSearch(u"onetwo").find(texts), Found::Nowhere);
+    const QByteArray markBehind = lowerCaseForm(u"\u4E00") + '\xff' + lowerCaseForm(u"\u0301");
+    EXPECT_EQ(LowerCaseSearch(u"\u4E00").find(markBehind), Found::Whole);
 }
 
-TEST(LowerCaseSearch, mayBeWhereOnlyAMarkRefusesIt)
+TEST(LowerCaseSearch, tellsWhereOnlyAMarkRefusesIt)
 {
-    EXPECT_TRUE(LowerCaseSearch(u"q").mayBeIn(lowerCaseForm(u"q\u0301")));
-    EXPECT_FALSE(LowerCaseSearch(u"q").mayBeIn(lowerCaseForm(u"abc")));
+    EXPECT_EQ(LowerCaseSearch(u"q").find(lowerCaseForm(u"q\u0301")), Found::CutOff);
+    EXPECT_EQ(LowerCaseSearch(u"q").find(lowerCaseForm(u"abc")), Found::Nowhere);
     EXPECT_TRUE(LowerCaseSearch(u"q\u0301").form().contains(LowerCaseSearch(u"q").form()))
         << "so that a search that goes on looks there again";
     EXPECT_TRUE(isFound(u"q\u0301"_qs, u"Q\u0301"_qs));
