@@ -12,7 +12,8 @@ void FixedLineHeight::setDocument(QQuickTextDocument *document)
         return;
     m_document = document;
     if (document)
-        connect(document->textDocument(), &QTextDocument::contentsChanged, this, &FixedLineHeight::apply);
+        // Before the change is laid out, so that it is laid out once.
+        connect(document->textDocument(), &QTextDocument::contentsChange, this, &FixedLineHeight::apply);
     emit documentChanged();
     apply();
 }

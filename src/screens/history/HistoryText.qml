@@ -21,7 +21,7 @@ Card {
         topMargin: 14
         bottomMargin: 14
         clip: true
-        model: card.detail.textPieces
+        model: card.detail.textPieces.length // so that another text changes the pieces and does not make them anew
         currentIndex: -1
         boundsBehavior: Flickable.StopAtBounds
         keyNavigationEnabled: false
@@ -37,10 +37,19 @@ Card {
             bottomPadding: 5
         }
 
+        Connections {
+            target: card.detail
+
+            function onTextChanged() {
+                pieces.positionViewAtBeginning();
+            }
+        }
+
         delegate: Item {
             id: piece
 
-            required property string modelData
+            required property int index
+            readonly property string content: card.detail.textPieces[index] ?? ""
 
             width: ListView.view.width
             height: words.height
@@ -50,7 +59,7 @@ Card {
 
                 x: 15
                 width: piece.width - 30
-                text: piece.modelData
+                text: piece.content
                 textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.Wrap
                 readOnly: true
@@ -61,7 +70,7 @@ Card {
                 selectedTextColor: Theme.accentOn
                 font.pixelSize: 14
                 Accessible.role: Accessible.StaticText
-                Accessible.name: piece.modelData
+                Accessible.name: piece.content
             }
 
             FixedLineHeight {

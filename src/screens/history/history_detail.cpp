@@ -14,6 +14,7 @@ void HistoryDetail::show(const std::optional<TranscriptionHistoryEntry> &entry)
         return;
     }
     m_entry = entry;
+    m_textPieces = m_entry && !isTextBlank() ? sorvanta::textPieces(m_entry->text) : QStringList();
     m_hasRecording = findsRecording();
     emit changed();
     emit textChanged();
@@ -41,11 +42,6 @@ QString HistoryDetail::date() const
 QVariantList HistoryDetail::tags() const
 {
     return m_entry ? tagList(*m_entry) : QVariantList();
-}
-
-QStringList HistoryDetail::textPieces() const
-{
-    return m_entry && !isTextBlank() ? sorvanta::textPieces(m_entry->text) : QStringList();
 }
 
 QString HistoryDetail::emptyText() const

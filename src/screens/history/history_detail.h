@@ -45,7 +45,7 @@ public:
     /// Whether the copy of its recording is there.
     bool hasRecording() const { return m_hasRecording; }
     /// The text, as textPieces() gives it; nothing if it is blank.
-    QStringList textPieces() const;
+    const QStringList &textPieces() const { return m_textPieces; }
     /// What is said in place of a text; empty if there is one.
     QString emptyText() const;
 
@@ -61,6 +61,7 @@ private:
     bool isTextBlank() const;
 
     std::optional<TranscriptionHistoryEntry> m_entry;
+    QStringList m_textPieces;
     bool m_hasRecording = false;
 };
 

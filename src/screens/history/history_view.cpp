@@ -58,13 +58,8 @@ void HistoryView::setSearchText(const QString &searchText)
     m_searchText = searchText;
     m_filteredEntries.setSearchText(searchText);
     emit searchTextChanged();
+    rowsChanged();
     ensureValidSelection();
-    emit selectionChanged(); // its row may be another one
-}
-
-int HistoryView::selectedRow() const
-{
-    return m_selectedID ? m_filteredEntries.rowOf(*m_selectedID) : -1;
 }
 
 void HistoryView::selectRow(int row)
@@ -154,7 +149,7 @@ TranscriptViewer::Screen HistoryView::viewerScreen()
 void HistoryView::followEntries()
 {
     const auto follow = [this] {
-        emit selectionChanged(); // its row may be another one
+        rowsChanged();
         if (m_isEntriesChangePending)
             return;
         m_isEntriesChangePending = true;
@@ -180,6 +175,13 @@ void HistoryView::followPlayback()
         model.setPlaybackDuration(m_playback.playbackDuration());
         emit durationTextChanged();
     });
+}
+
+/// The row of the selected entry may be another one.
+void HistoryView::rowsChanged()
+{
+    m_selectedRow = m_selectedID ? m_filteredEntries.rowOf(*m_selectedID) : -1;
+    emit selectionChanged();
 }
 
 void HistoryView::entriesChanged()
@@ -210,7 +212,7 @@ void HistoryView::select(const std::optional<QString> &id)
     m_selectedID = id;
     m_playback.stopPlayback();
     syncSelection();
-    emit selectionChanged();
+    rowsChanged();
 }
 
 /// Shows the selected entry everywhere. A closed viewer window is brought up to date when it opens.

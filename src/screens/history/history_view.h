@@ -74,7 +74,7 @@ public:
     /// For views: empty if there is none.
     QString selectedIDText() const { return m_selectedID.value_or(QString()); }
     /// The row of the list that is selected, or -1.
-    int selectedRow() const;
+    int selectedRow() const { return m_selectedRow; }
     /// Selects that row, or the first or last one if there are not so many.
     Q_INVOKABLE void selectRow(int row);
 
@@ -125,6 +125,7 @@ private:
     TranscriptViewer::Screen viewerScreen();
     void followEntries();
     void followPlayback();
+    void rowsChanged();
     void entriesChanged();
     void ensureValidSelection();
     void select(const std::optional<QString> &id);
@@ -136,6 +137,7 @@ private:
     HistoryDetail m_detail;
     QString m_searchText;
     std::optional<QString> m_selectedID;
+    int m_selectedRow = -1;
     std::optional<QString> m_deletionID; // of the entry that was asked about
     bool m_isEntriesChangePending = false;
     ExportDelivery m_delivery;

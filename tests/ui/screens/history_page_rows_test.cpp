@@ -172,6 +172,18 @@ TEST_F(HistoryPageRows, cutLongNamesAndTagsWithinTheRow)
 
 class HistoryPageDetail : public HistoryPageRows {
 protected:
+    /// The first piece of the entry's text.
+    QQuickItem *textEdit() const
+    {
+        QList<QQuickItem *> waiting{item("entryText")};
+        while (!waiting.isEmpty()) {
+            QQuickItem *part = waiting.takeFirst();
+            waiting += part->childItems();
+            if (part->inherits("QQuickTextEdit"))
+                return part;
+        }
+        throw std::runtime_error("there is no text in sight");
+    }
     /// What a screen reader finds behind the list.
     QStringList detailWords()
     {
@@ -218,15 +230,7 @@ TEST_F(HistoryPageDetail, saysThatAnEntryHasNoText)
 TEST_F(HistoryPageDetail, textIsSelectedAndCopiedAsAWhole)
 {
     showThree();
-    QQuickItem *words = nullptr;
-    QList<QQuickItem *> waiting{item("entryText")};
-    while (!waiting.isEmpty() && !words) {
-        QQuickItem *part = waiting.takeFirst();
-        waiting += part->childItems();
-        if (part->inherits("QQuickTextEdit"))
-            words = part;
-    }
-    ASSERT_NE(words, nullptr);
+    QQuickItem *const words = textEdit();
     click(words);
     press(Qt::Key_A, Qt::ControlModifier);
     press(Qt::Key_C, Qt::ControlModifier);
@@ -236,13 +240,32 @@ TEST_F(HistoryPageDetail, textIsSelectedAndCopiedAsAWhole)
     EXPECT_EQ(words->height(), 42) << "two lines of 21";
 }
 
+TEST_F(HistoryPageDetail, showsAnotherTextFromItsBeginningAndWithNothingSelected)
+{
+    write({entry("/a.wav", QString("A line of one text.\n").repeated(200)),
+           entry("/b.wav", QString("A line of another text.\n").repeated(100).chopped(1), 1)});
+    showPage();
+    click(textEdit());
+    press(Qt::Key_A, Qt::ControlModifier);
+    tabTo(item("entryText"));
+    press(Qt::Key_End);
+    settle();
+    ASSERT_GT(item("entryText")->property("contentY").toDouble(), 2000);
+    screen.selectRow(1);
+    settle();
+    EXPECT_TRUE(item("entryText")->property("atYBeginning").toBool());
+    EXPECT_EQ(textEdit()->property("text").toString(), screen.selectedEntry()->text);
+    EXPECT_EQ(textEdit()->property("selectedText").toString(), QString());
+    EXPECT_EQ(textEdit()->height(), 100 * 21) << "each line is as high as those of the first text";
+}
+
 TEST_F(HistoryPageDetail, scrollsAVeryLongTextByKeysWithoutLayingAllOfItOut)
 {
     write({entry("/a.wav", QString("A line of a talk that went on for ten hours, no less.\n").repeated(12000))});
     showPage();
     int edits = 0;
     for (QQuickItem *child : item("entryText")->property("contentItem").value<QQuickItem *>()->childItems())
-        edits += child->property("modelData").isValid() ? 1 : 0;
+        edits += child->property("content").isValid() ? 1 : 0;
     EXPECT_LE(edits, 3);
     tabTo(item("entryText"));
     press(Qt::Key_End);
