@@ -132,7 +132,7 @@ QString BatchProcessingView::mediaFormat(const QStringList &formats) const
 
 void BatchProcessingView::dropData(const QByteArray &data)
 {
-    if (!canChange())
+    if (!canChange() || data.isEmpty())
         return;
     const QString path = newTemporaryPath(QString(), QString());
     try {

@@ -44,7 +44,6 @@ class BatchProcessingView : public QObject {
     Q_PROPERTY(QString selectedError READ selectedError NOTIFY selectedChanged)
 
 public:
-    /// What the screen works with; all of it outlives the screen.
     explicit BatchProcessingView(const ScreenSurroundings &surroundings, QObject *parent = nullptr);
     ~BatchProcessingView() override;
 
@@ -82,7 +81,7 @@ public:
     Q_INVOKABLE QString mediaFormat(const QStringList &formats) const;
 
     /// Adds audio or a movie that was dropped as data: it is put into a temporary file, which stays until the files are
-    /// cleared. Data that cannot be put there is dropped.
+    /// cleared. Data that cannot be put there is dropped, as is none at all, which is what a drop that fails gives.
     Q_INVOKABLE void dropData(const QByteArray &data);
 
     /// Transcribes all files with the chosen model.

@@ -266,6 +266,16 @@ TEST_F(BatchFiles, droppedDataThatCannotBeKeptIsDroppedSilently)
     EXPECT_EQ(run().status(), QString());
 }
 
+TEST_F(BatchFiles, droppedDataThatCouldNotBeHadIsDroppedSilently)
+{
+    transcribe(threeFiles, twoLines);
+    screen->dropData({});
+    EXPECT_EQ(chosen(), threeFiles);
+    EXPECT_EQ(screen->results()->count(), 3);
+    EXPECT_FALSE(run().error());
+    EXPECT_THAT(bench.temporaryFiles(), ElementsAre());
+}
+
 TEST_F(BatchFiles, knowsTheDataThatItTakes)
 {
     EXPECT_EQ(screen->mediaFormat({u"text/plain"_qs, u"audio/mpeg"_qs}), u"audio/mpeg"_qs);

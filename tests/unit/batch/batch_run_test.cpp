@@ -1,7 +1,5 @@
 #include "batch_screen_test.h"
 
-#include "screens/file/transcript_from_file_view.h"
-
 #include <QSignalSpy>
 #include <QThreadPool>
 
@@ -92,6 +90,19 @@ TEST_F(BatchRunTest, allWentWell)
     }
     EXPECT_EQ(run().transcript(), u"- One\nTwo"_qs);
     EXPECT_EQ(run().rawOutput(), result(2).rawOutput());
+}
+
+TEST_F(BatchRunTest, anErrorThatStandsAtTheEndKeepsTheStatusFromSayingDone)
+{
+    start({u"/music/a.wav"_qs}, twoLines + "sleep 100\n");
+    waitFor([this] { return result(0).hasTranscript; });
+    run().setError(u"Could not save TXT: no."_qs);
+    waitForEnd();
+    EXPECT_EQ(run().status(), u"Transcribing a.wav (1/1)"_qs);
+    EXPECT_EQ(run().error(), u"Could not save TXT: no."_qs);
+    EXPECT_EQ(run().progress(), 1.0);
+    EXPECT_EQ(status(0), FileStatus::done);
+    EXPECT_EQ(bench.history.entries().size(), 1);
 }
 
 TEST_F(BatchRunTest, theFilesRunStrictlyOneAfterTheOther)
@@ -305,30 +316,6 @@ TEST_F(BatchRunTest, aSecondStartDuringABatchDoesNothing)
     EXPECT_EQ(result(0).id, id);
     waitForEnd();
     EXPECT_EQ(bench.history.entries().size(), 1);
-}
-
-TEST_F(BatchRunTest, aBatchAndAFileRunGoOnTogether)
-{
-    TranscriptFromFileView file({.shared = bench.surroundings()});
-    useModel(twoLines + "sleep 150\n");
-    file.model()->refresh();
-    file.chooseFile();
-    bench.panels.answer(u"/music/alone.wav"_qs);
-    choose(threeFiles);
-    screen->start();
-    file.start();
-    waitFor([&] { return file.run()->isTranscribing(); });
-    EXPECT_TRUE(run().isTranscribing());
-    waitFor([&] { return !file.run()->isTranscribing(); });
-    waitForEnd();
-    EXPECT_EQ(file.run()->status(), u"Done"_qs);
-    EXPECT_EQ(run().status(), u"Done"_qs);
-    QStringList sources;
-    for (const TranscriptionHistoryEntry &entry : bench.history.entries())
-        sources << entry.sourceLabel;
-    sources.sort();
-    EXPECT_THAT(sources,
-                ElementsAre(u"/music/a.wav"_qs, u"/music/alone.wav"_qs, u"/music/b.wav"_qs, u"/music/c.wav"_qs));
 }
 
 TEST_F(BatchRunTest, theScreenMayGoInMidBatch)
