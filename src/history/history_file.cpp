@@ -20,6 +20,14 @@ namespace sorvanta {
 
 namespace {
 
+// The times of files go on in steps; on the coarsest file systems, of two seconds.
+constexpr std::chrono::seconds coarsestFileTime{3};
+
+std::chrono::system_clock::time_point timeOf(const FileStamp &stamp)
+{
+    return std::chrono::system_clock::time_point(std::chrono::nanoseconds(stamp.modified));
+}
+
 /// Whether these are the next bytes of an open file.
 bool comeNext(int file, QByteArrayView bytes)
 {
@@ -44,13 +52,17 @@ HistoryFile::HistoryFile(QString path, std::function<double()> secondsSince1970)
 
 QList<TranscriptionHistoryEntry> HistoryFile::read()
 {
-    m_written.reset();
-    m_comparison = {};
+    const std::optional<FileStamp> stamp = settledStamp();
+    if (stamp && m_read && m_read->stamp == *stamp)
+        return m_read->entries;
+    takeWritten();
     try {
         QList<TranscriptionHistoryEntry> entries;
         if (!itemIsMissing(m_path))
             entries = decodedHistory(readFile(m_path));
         m_copyPath.reset();
+        if (stamp)
+            m_read = {*stamp, entries};
         return entries;
     } catch (const Error &error) {
         if (!m_copyPath)
@@ -63,6 +75,8 @@ QList<TranscriptionHistoryEntry> HistoryFile::read()
 
 void HistoryFile::compare(const QList<TranscriptionHistoryEntry> &entries)
 {
+    if (m_comparison.valid())
+        return;
     auto result = std::make_shared<std::promise<std::optional<Written>>>();
     m_comparison = result->get_future();
     runOnWorker([result, path = m_path, entries] { result->set_value(comparedWithFile(path, entries)); });
@@ -93,11 +107,12 @@ bool HistoryFile::isKnownToBeAsWritten() const
            && m_comparison.get();
 }
 
-/// What is known of the file before it is replaced. Nothing is known of it then.
+/// What is known of the file before it is replaced or decoded. Nothing is known of it then.
 std::optional<HistoryFile::Written> HistoryFile::takeWritten()
 {
     const auto compared = isKnownToBeAsWritten() ? m_comparison.get() : std::nullopt;
     m_comparison = {};
+    m_read.reset();
     const auto written = std::exchange(m_written, std::nullopt);
     return written ? written : compared;
 }
@@ -118,6 +133,15 @@ void HistoryFile::writeWithNewEntry(const QList<TranscriptionHistoryEntry> &entr
     const bool isTheNewOneAllThatDiffers = others && others->entryCount > 0 && others->entryCount + 1 == entries.size();
     if (!isTheNewOneAllThatDiffers || !putBeforeOthers(entries.first(), *others))
         write(entries);
+}
+
+/// The stamp of the file, if it was last written so long ago that a write to come will give it another one.
+std::optional<FileStamp> HistoryFile::settledStamp() const
+{
+    const FileDescriptor file = opened(encodedPath(m_path), O_RDONLY | O_NONBLOCK);
+    const std::optional<FileStamp> stamp = file.isOpen() ? stampOf(file.number()) : std::nullopt;
+    const bool isSettled = stamp && std::chrono::system_clock::now() - timeOf(*stamp) > coarsestFileTime;
+    return isSettled ? stamp : std::nullopt;
 }
 
 /// @return false if that cannot be done; nothing has changed then

@@ -21,12 +21,14 @@ public:
 
     const QString &path() const { return m_path; }
 
-    /// The entries as they stand in the file; none if there is certainly no file. The description of a failure tells
-    /// under which name the file will be kept.
+    /// The entries as they stand in the file; none if there is certainly no file. A file that is certainly as it was at
+    /// the last read is not decoded again: the list shares its data with the one that was given then. The description
+    /// of a failure tells under which name the file will be kept.
     QList<TranscriptionHistoryEntry> read();
 
     /// Finds out on a worker whether the file holds just this list, which is what read() gave or an order of it, in
     /// just the form that write() would give it. Once that is known the file counts as left by this object.
+    /// Does nothing if it was called since the file was last decoded.
     void compare(const QList<TranscriptionHistoryEntry> &entries);
 
     /// Whether compare() was called, is done, and found that.
@@ -42,6 +44,11 @@ public:
     void writeWithNewEntry(const QList<TranscriptionHistoryEntry> &entries);
 
 private:
+    /// The file as it was last read.
+    struct Read {
+        FileStamp stamp;
+        QList<TranscriptionHistoryEntry> entries;
+    };
     /// The file as this object left it.
     struct Written {
         FileStamp stamp;
@@ -51,6 +58,7 @@ private:
     static std::optional<Written> comparedWithFile(const QString &path,
                                                    const QList<TranscriptionHistoryEntry> &entries);
     std::optional<Written> takeWritten();
+    std::optional<FileStamp> settledStamp() const;
     bool putBeforeOthers(const TranscriptionHistoryEntry &entry, const Written &others);
     void commit(AtomicFile &file, qsizetype entryCount);
     QString freeCopyPath() const;
@@ -59,6 +67,7 @@ private:
     QString m_path;
     std::function<double()> m_secondsSince1970;
     std::optional<QString> m_copyPath; // while the file stands unread
+    std::optional<Read> m_read; // while nothing was given to be written
     std::optional<Written> m_written; // while the file is known to hold the list that was last given
     std::shared_future<std::optional<Written>> m_comparison; // of the list that was read, until the next write
 };

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace sorvanta {
@@ -193,8 +194,8 @@ void sortNewestFirst(QList<Entry> &entries)
 
     std::vector<Dated> order;
     order.reserve(static_cast<std::size_t>(entries.size()));
-    for (qsizetype i = 0; i < entries.size(); ++i)
-        order.push_back({iso8601Milliseconds(entries[i].createdAt).value_or(distantPast), i});
+    for (qsizetype i = 0; i < entries.size(); ++i) // a list that is shared and in order stays shared
+        order.push_back({iso8601Milliseconds(std::as_const(entries)[i].createdAt).value_or(distantPast), i});
     if (std::ranges::is_sorted(order, isNewer))
         return;
     std::ranges::stable_sort(order, isNewer);

@@ -68,6 +68,15 @@ protected:
         ASSERT_EQ(::utimensat(AT_FDCWD, path.toUtf8().constData(), times, 0), 0);
     }
 
+    static double secondsAgo(double seconds) { return QDateTime::currentMSecsSinceEpoch() / 1000.0 - seconds; }
+    /// @param secondsSince1970 when the file shall have been written
+    void setWritten(double secondsSince1970) const
+    {
+        const timespec time{static_cast<time_t>(secondsSince1970), 0};
+        const timespec times[] = {time, time};
+        ASSERT_EQ(::utimensat(AT_FDCWD, folder.filePath("h.json").toUtf8().constData(), times, 0), 0);
+    }
+
     bool isFoundAsWritten(const QList<TranscriptionHistoryEntry> &entries)
     {
         file.compare(entries);
@@ -258,6 +267,7 @@ TEST_F(HistoryFiles, areNotKnownInAnotherFormOrderOrWithMoreBehind)
     EXPECT_FALSE(isKnown(encodedHistory({entries[1], entries[0]})));
     EXPECT_FALSE(isKnown("[\n\n]"));
     removeItem(folder.filePath("h.json"));
+    file.read();
     EXPECT_FALSE(isFoundAsWritten(entries));
 }
 
@@ -279,6 +289,42 @@ TEST_F(HistoryFiles, areNoLongerKnownOnceTheyAreReadAgain)
     put("h.json", "[{\"unknown\":1," + encodedHistory({historyEntry("5")}).sliced(6));
     file.read();
     EXPECT_FALSE(file.isKnownToBeAsWritten());
+}
+
+TEST_F(HistoryFiles, areNotDecodedAgainAsLongAsNobodyWroteToThem)
+{
+    put("h.json", encodedHistory({historyEntry("1"), historyEntry("2")}));
+    setWritten(secondsAgo(5));
+    const QList<TranscriptionHistoryEntry> entries = file.read();
+    EXPECT_TRUE(file.read().isSharedWith(entries));
+    EXPECT_TRUE(isFoundAsWritten(entries));
+    EXPECT_TRUE(file.read().isSharedWith(entries));
+    EXPECT_TRUE(file.isKnownToBeAsWritten()) << "that stays known";
+
+    put("h.json", encodedHistory({historyEntry("1"), historyEntry("3")}));
+    setWritten(secondsAgo(5));
+    EXPECT_EQ(historyIds(file.read()), (QStringList{"1", "3"})) << "another file";
+    EXPECT_FALSE(file.isKnownToBeAsWritten());
+    changeWithoutTrace("Text of 3", "TEXT OF 3");
+    setWritten(secondsAgo(4));
+    EXPECT_EQ(file.read().last().text, "TEXT OF 3") << "the same file, written at another time";
+    put("h.json", "damaged");
+    EXPECT_NE(readFailure(), "none");
+    removeItem(folder.filePath("h.json"));
+    EXPECT_EQ(file.read(), QList<TranscriptionHistoryEntry>());
+}
+
+TEST_F(HistoryFiles, areDecodedAgainIfTheyWereWrittenJustBeforeTheyWereRead)
+{
+    put("h.json", encodedHistory({historyEntry("1")}));
+    setWritten(secondsAgo(1));
+    file.read();
+    changeWithoutTrace("Text of 1", "TEXT OF 1");
+    EXPECT_EQ(file.read().first().text, "TEXT OF 1");
+    setWritten(secondsAgo(-60));
+    file.read();
+    changeWithoutTrace("TEXT OF 1", "Text of 1");
+    EXPECT_EQ(file.read().first().text, "Text of 1");
 }
 
 TEST_F(HistoryFiles, holdTheWholeListAfterAnybodyElseWroteToThem)
