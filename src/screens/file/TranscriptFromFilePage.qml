@@ -42,37 +42,18 @@ ScrollingPage {
             x: 16
             width: parent.width - 32
 
-            FormRow {
+            ModelPickerRow {
                 width: parent.width
-                label: "Model"
-                hint: page.view.model.hint
-
-                ComboBox {
-                    objectName: "modelPicker"
-                    visible: page.view.model.hasModels
-                    model: page.view.model.names
-                    currentIndex: page.view.model.index
-                    Accessible.name: "Model"
-                    onActivated: index => page.view.model.index = index
-                }
+                choice: page.view.model
             }
 
             Hairline {
                 width: parent.width
             }
 
-            FormRow {
+            LanguagePickerRow {
                 width: parent.width
-                label: "Language"
-                hint: "Default is auto-detect. Pick a code to force transcription language."
-
-                ComboBox {
-                    objectName: "languagePicker"
-                    model: page.view.language.labels
-                    currentIndex: page.view.language.index
-                    Accessible.name: "Language"
-                    onActivated: index => page.view.language.index = index
-                }
+                choice: page.view.language
             }
         }
     }
