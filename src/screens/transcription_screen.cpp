@@ -136,7 +136,7 @@ void TranscriptionScreen::saveToHistory()
     if (trimmedOfWhitespaceAndNewlines(text).isEmpty())
         return;
     const auto segments = parseTimedSegments(m_run.rawOutput(), m_run.stripDashes());
-    const auto path = m_settings.source();
+    const auto path = m_settings.transcribed ? m_settings.transcribed() : m_settings.source();
     m_history.addEntry({
         .text = text,
         .srtText = renderExport(ExportFormat::srt, {.text = text, .segments = segments}),
@@ -169,7 +169,8 @@ void TranscriptionScreen::copySource(const QString &destination, const std::func
     try {
         // To save the recording in its own place must not remove it.
         if (!isSameItem(*path, destination)) {
-            if (itemExists(destination))
+            // One that went meanwhile must not take with it what it was to replace.
+            if (itemExists(*path) && itemExists(destination))
                 removeItem(destination);
             copyFile(*path, destination, FileAccess::Usual);
         }

@@ -61,6 +61,8 @@ protected:
         bool keepsRecording; ///< the entry of a transcript keeps its source, and takes the place of the source's own
                              ///< entry
         std::function<void()> refreshPlaybackState = {}; ///< where a preparation does that
+        /// The path that a transcript is entered under, where another source may have come by the end of its run.
+        std::function<std::optional<QString>()> transcribed = {};
     };
 
     TranscriptionScreen(const ScreenSurroundings &surroundings, Settings settings, QObject *parent);

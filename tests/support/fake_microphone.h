@@ -1,6 +1,7 @@
 #pragma once
 
 #include "screens/microphone/record_audio_view.h"
+#include "support/silent_media.h"
 
 #include <QFile>
 #include <QStringList>
@@ -18,11 +19,24 @@ struct FakeMicrophone {
     std::optional<sorvanta::Error> refusal; ///< what making a recorder fails with
     QString path; ///< of the last recorder's file
     float power = sorvanta::silentPower; ///< what the meters show once they are updated
+    double length = 0; ///< of the sound in a new file, in seconds; 0: the file says "a take" and holds no sound
     sorvanta::Microphone::Events events;
     sorvanta::AudioRecorder::Events recorderEvents;
 
     sorvanta::RecordAudioView::MakeInput input();
     QStringList takeCalls() { return std::exchange(calls, {}); }
+
+private:
+    void writeFile() const
+    {
+        if (length > 0) {
+            writeWav(path, length);
+            return;
+        }
+        QFile file(path);
+        file.open(QIODevice::WriteOnly);
+        file.write("a take");
+    }
 };
 
 class FakeRecorder : public sorvanta::AudioRecorder {
@@ -75,9 +89,7 @@ inline sorvanta::RecordAudioView::MakeInput FakeMicrophone::input()
                     throw sorvanta::Error(*refusal);
                 path = newPath;
                 recorderEvents = std::move(recorderTold);
-                QFile file(path);
-                file.open(QIODevice::WriteOnly);
-                file.write("a take");
+                writeFile();
                 return std::make_unique<FakeRecorder>(*this);
             }};
     };

@@ -8,15 +8,17 @@
 namespace sorvanta {
 
 MeetingRecorderView::MeetingRecorderView(const Surroundings &surroundings, QObject *parent)
-    : TranscriptionScreen(surroundings.shared,
-                          {.preparation = meetingPreparation(),
-                           .printsCommand = false,
-                           .naming = meetingNaming(),
-                           .source = [this] { return m_recorder.outputURL(); },
-                           .missingSourceError = QStringLiteral("Please record audio first."),
-                           .unknownSource = QStringLiteral("meeting-recording"),
-                           .keepsRecording = true},
-                          parent)
+    : TranscriptionScreen(
+        surroundings.shared,
+        {.preparation = meetingPreparation(),
+         .printsCommand = false,
+         .naming = meetingNaming(),
+         .source = [this] { return m_recorder.outputURL(); },
+         .missingSourceError = QStringLiteral("Please record audio first."),
+         .unknownSource = QStringLiteral("meeting-recording"),
+         .keepsRecording = true,
+         .transcribed = [this] { return m_earlierOutput ? m_earlierOutput : m_recorder.outputURL(); }},
+        parent)
     , m_recorder(surroundings.recorder)
     , m_pane(*run(), {.clearsError = false},
              {.controller = &m_recorder.playback(), .isAvailable = [this] { return hasOutput(); }})
@@ -147,6 +149,8 @@ void MeetingRecorderView::toggleRecording()
         m_recorder.stopRecording();
         return;
     }
+    if (run()->isTranscribing() && !m_earlierOutput)
+        m_earlierOutput = m_recorder.outputURL();
     setRecordStatus(QStringLiteral("Starting…"));
     m_recorder.startRecording(m_includeMic, [this] { takeStartResult(); });
 }
@@ -236,6 +240,7 @@ void MeetingRecorderView::transcribe()
         return;
     const QString path = *m_recorder.outputURL();
     m_recorder.stopRecording();
+    m_earlierOutput.reset();
     run()->beginPreparation(QStringLiteral("Converting…"));
     prepare(path, [this, modelPath = *modelPath](const QString &audioPath) {
         run()->start(audioPath, modelPath, language()->language());

@@ -7,6 +7,7 @@
 #include <QtQml/qqml.h>
 
 #include <chrono>
+#include <optional>
 
 namespace sorvanta {
 
@@ -113,6 +114,7 @@ private:
     double m_elapsed = 0;
     bool m_includeMic = true;
     bool m_seeking = false;
+    std::optional<QString> m_earlierOutput; // what is being transcribed, once another recording was begun meanwhile
 };
 
 } // namespace sorvanta

@@ -1,6 +1,7 @@
 #include "meeting_screen_test.h"
 
 #include "app/viewer/transcript_window_model.h"
+#include "app/viewer/transcript_window_view.h"
 
 #include <QFileInfo>
 
@@ -107,18 +108,29 @@ TEST_F(MeetingScreenPlayback, theSliderShowsThePositionAndMovesIt)
 
 TEST_F(MeetingScreenPlayback, theViewerFollowsAndPlaysWithoutWords)
 {
-    TranscriptWindowModel &viewer = screen->pane()->viewer()->model();
+    useModel(twoMeetingLines);
+    const TranscriptWindowModel &viewer = screen->pane()->viewer()->model();
     EXPECT_FALSE(viewer.isPlaybackAvailable());
     recordAndStop();
     EXPECT_TRUE(viewer.isPlaybackAvailable());
-    recorder().togglePlayback();
+    screen->transcribe();
+    waitForStatus(u"Done"_qs);
+    screen->pane()->openFullView();
+    EXPECT_EQ(viewer.transcript(), u"- One\nTwo"_qs);
+    EXPECT_EQ(viewer.counts(), u"3 words · 9 chars"_qs);
+    EXPECT_EQ(viewer.segments().size(), 2);
+    TranscriptWindowView &window = *screen->pane()->viewer()->transcriptWindow();
+    window.togglePlay();
     EXPECT_TRUE(viewer.isPlaying());
     EXPECT_EQ(viewer.playbackDuration(), 10);
     EXPECT_EQ(screen->recordStatus(), u"Captured audio. Use Transcribe below."_qs);
-    recorder().togglePlayback();
+    window.togglePlay();
     EXPECT_FALSE(viewer.isPlaying()) << "paused";
-    recorder().seekPlayback(4);
+    EXPECT_TRUE(recorder().playback().isPlaybackPaused());
+    window.slideTo(4);
     EXPECT_EQ(viewer.currentTime(), 4);
+    EXPECT_EQ(screen->positionText(), u"0:04"_qs);
+    EXPECT_EQ(screen->recordStatus(), u"Captured audio. Use Transcribe below."_qs);
 }
 
 // Saving.
@@ -150,6 +162,19 @@ TEST_F(MeetingScreenPlayback, savesOverAFileThatIsThere)
     bench.panels.answer(old.fileName());
     EXPECT_EQ(screen->recordStatus(), u"Saved recording to kept.m4a"_qs);
     EXPECT_GT(QFileInfo(old.fileName()).size(), 100);
+}
+
+TEST_F(MeetingScreenPlayback, aRecordingThatIsGoneTakesNothingWithIt)
+{
+    QFile::remove(recordAndStop());
+    QFile old(bench.file(u"kept.m4a"_qs));
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write("old");
+    old.close();
+    screen->saveAudio();
+    bench.panels.answer(old.fileName());
+    EXPECT_TRUE(error().startsWith(u"Could not save recording: "_qs)) << error().toStdString();
+    EXPECT_EQ(QFileInfo(old.fileName()).size(), 3);
 }
 
 TEST_F(MeetingScreenPlayback, savedInItsOwnPlaceTheRecordingIsStillThere)

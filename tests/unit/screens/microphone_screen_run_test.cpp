@@ -1,9 +1,13 @@
 #include "microphone_screen_test.h"
 
+#include "app/viewer/transcript_window_model.h"
+#include "app/viewer/transcript_window_view.h"
+
 #include <QDir>
 #include <QFile>
 
 using namespace sorvanta;
+using testing::ElementsAre;
 
 namespace {
 
@@ -146,12 +150,22 @@ TEST_F(MicrophoneScreenRun, endsAnOpenTakeAndEntersItBeforeTheRunBegins)
     begin();
     seconds = 3;
     EXPECT_TRUE(screen->canStart());
+    QStringList statuses;
+    qsizetype enteredBefore = -1;
+    const QObject listener;
+    QObject::connect(&run(), &TranscriptionRun::statusChanged, &listener, [&] { statuses << run().status(); });
+    QObject::connect(&run(), &TranscriptionRun::isTranscribingChanged, &listener, [&] {
+        if (run().isTranscribing())
+            enteredBefore = bench.history.entries().size();
+    });
     screen->transcribe();
     EXPECT_FALSE(screen->isRecording());
-    EXPECT_EQ(bench.history.entries().size(), 1);
     EXPECT_TRUE(run().isTranscribing());
+    EXPECT_EQ(enteredBefore, 1);
     EXPECT_EQ(screen->recordingDuration(), 3);
     waitForStatus(u"Done"_qs);
+    EXPECT_THAT(statuses,
+                ElementsAre(u"Recording ready. Transcribe when you're ready."_qs, u"Preparing…"_qs, u"Done"_qs));
 }
 
 TEST_F(MicrophoneScreenRun, endsAnOpenTakeAlsoIfItCannotBegin)
@@ -257,6 +271,21 @@ TEST_F(MicrophoneScreenRun, doesNotRemoveTheTakeWhenItIsSavedOverItself)
     EXPECT_EQ(run().status(), u"Saved recording to "_qs + QFileInfo(take).fileName());
 }
 
+TEST_F(MicrophoneScreenRun, leavesTheFileThatIsThereIfTheTakeIsGone)
+{
+    const QString take = recordTake();
+    const QString place = bench.file(u"mine.wav"_qs);
+    QFile file(place);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("an older take");
+    file.close();
+    QFile::remove(take);
+    screen->saveAudio();
+    bench.panels.answer(place);
+    EXPECT_TRUE(error().startsWith(u"Could not save recording: "_qs)) << error().toStdString();
+    EXPECT_EQ(content(place), "an older take");
+}
+
 TEST_F(MicrophoneScreenRun, savesNothingIfThePanelIsDeclined)
 {
     recordTake();
@@ -313,6 +342,38 @@ TEST_F(MicrophoneScreenRun, saysWhyATakeCannotBePlayed)
     players.refusal = Error(u"libmpv"_qs, -13, u"loading failed"_qs);
     screen->togglePlayback();
     EXPECT_EQ(error(), u"Unable to play audio: loading failed"_qs);
+}
+
+TEST_F(MicrophoneScreenRun, theViewerFollowsAndPlays)
+{
+    useModel(twoLines);
+    const TranscriptWindowModel &viewer = screen->pane()->viewer()->model();
+    EXPECT_FALSE(viewer.isPlaybackAvailable());
+    recordTake();
+    EXPECT_TRUE(viewer.isPlaybackAvailable());
+    screen->transcribe();
+    waitForStatus(u"Done"_qs);
+    screen->pane()->openFullView();
+    EXPECT_EQ(viewer.transcript(), u"- One\nTwo"_qs);
+    EXPECT_EQ(viewer.counts(), u"3 words · 9 chars"_qs);
+    ASSERT_EQ(viewer.segments().size(), 2);
+    EXPECT_EQ(viewer.segments().last().startSeconds, 15);
+    TranscriptWindowView &window = *screen->pane()->viewer()->transcriptWindow();
+    window.togglePlay();
+    EXPECT_TRUE(viewer.isPlaying());
+    EXPECT_TRUE(screen->playback().isPlaying());
+    EXPECT_EQ(viewer.playbackDuration(), 10);
+    window.slideTo(4);
+    EXPECT_EQ(viewer.currentTime(), 4);
+    EXPECT_EQ(screen->playback().playbackTime(), 4);
+    window.togglePlay();
+    EXPECT_FALSE(viewer.isPlaying());
+    run().setStripDashes(true);
+    EXPECT_EQ(viewer.transcript(), u"One\nTwo"_qs);
+    EXPECT_EQ(viewer.segments().first().text, u"One"_qs);
+    begin();
+    EXPECT_EQ(viewer.transcript(), QString());
+    EXPECT_EQ(viewer.currentTime(), 0);
 }
 
 TEST_F(MicrophoneScreenRun, showsTheTranscriptInThePane)

@@ -1,5 +1,7 @@
 #include "microphone_screen_test.h"
 
+#include "app/viewer/transcript_window_model.h"
+
 #include <QRegularExpression>
 #include <QSignalSpy>
 
@@ -172,6 +174,39 @@ TEST_F(MicrophoneScreenTake, pausesAndGoesOnInTheSameFile)
     EXPECT_EQ(screen->selectedFile(), path);
 }
 
+TEST_F(MicrophoneScreenTake, saysEachStep)
+{
+    QStringList statuses;
+    const QObject listener;
+    QObject::connect(&run(), &TranscriptionRun::statusChanged, &listener, [&] { statuses << run().status(); });
+    begin();
+    screen->togglePause();
+    screen->togglePause();
+    screen->toggleRecording();
+    begin();
+    EXPECT_THAT(statuses,
+                ElementsAre(u"Recording…"_qs, u"Recording paused."_qs, u"Recording…"_qs,
+                            u"Recording ready. Transcribe when you're ready."_qs, QString(), u"Recording…"_qs));
+}
+
+TEST_F(MicrophoneScreenTake, addsUpItsStretches)
+{
+    begin();
+    awaitTick(2);
+    for (const double start : {10.0, 20.0, 30.0}) {
+        screen->togglePause();
+        seconds = start;
+        screen->togglePause();
+        EXPECT_EQ(microphone.path, *screen->selectedFile());
+        seconds += 1.5;
+    }
+    screen->toggleRecording();
+    EXPECT_EQ(screen->recordingDuration(), 6.5);
+    EXPECT_EQ(microphone.calls.count(u"open"_qs), 1) << "all of them are in one file";
+    recordTake(1);
+    EXPECT_EQ(screen->recordingDuration(), 1) << "nothing of an earlier take is in a new one";
+}
+
 TEST_F(MicrophoneScreenTake, isNotPausedUnlessItRecords)
 {
     screen->togglePause();
@@ -312,6 +347,52 @@ TEST_F(MicrophoneScreenTake, doesNotBeginTwiceIfRecordIsPressedTwice)
     EXPECT_EQ(microphone.calls.count(u"open"_qs), 1);
 }
 
+TEST_F(MicrophoneScreenTake, isSilentWhenItEnds)
+{
+    begin();
+    screen->playback().togglePlayback(); // as the viewer does, whose button is on during a take
+    players.position = 3;
+    screen->playback().seekPlayback(3);
+    screen->toggleRecording();
+    EXPECT_FALSE(screen->playback().hasPlayer());
+    EXPECT_FALSE(screen->playback().isPlaying());
+    EXPECT_EQ(screen->playback().playbackTime(), 0);
+}
+
+TEST_F(MicrophoneScreenTake, silencesTheOneBeforeWhenItBegins)
+{
+    recordTake();
+    screen->toggleRecording();
+    screen->togglePlayback(); // while the question for the microphone is open
+    ASSERT_TRUE(screen->playback().isPlaying());
+    microphone.answer(true);
+    EXPECT_FALSE(screen->playback().hasPlayer());
+    EXPECT_EQ(screen->playLabel(), u"Play Recording"_qs);
+}
+
+TEST_F(MicrophoneScreenTake, tellsItsLengthToTheViewer)
+{
+    const TranscriptWindowModel &viewer = screen->pane()->viewer()->model();
+    microphone.length = 2;
+    recordTake();
+    waitFor([&] { return viewer.playbackDuration() == 2; });
+    EXPECT_EQ(screen->playback().playbackDuration(), 2);
+    microphone.refusal = Error(u"SoundCapture"_qs, 1, u"There is no sound server."_qs);
+    begin();
+    EXPECT_EQ(viewer.playbackDuration(), 0);
+    EXPECT_EQ(screen->playback().playbackDuration(), 0);
+}
+
+TEST_F(MicrophoneScreenTake, withoutALengthCountsAsNone)
+{
+    players.duration = 5;
+    recordTake();
+    screen->togglePlayback();
+    EXPECT_EQ(screen->playback().playbackDuration(), 5);
+    begin();
+    waitFor([this] { return screen->playback().playbackDuration() == 0; });
+}
+
 TEST_F(MicrophoneScreenTake, isKeptWhenTheScreenGoes)
 {
     begin();
@@ -322,6 +403,16 @@ TEST_F(MicrophoneScreenTake, isKeptWhenTheScreenGoes)
     EXPECT_EQ(microphone.takeCalls(), (QStringList{u"stop"_qs, u"release"_qs}));
     ASSERT_EQ(bench.history.entries().size(), 1);
     EXPECT_EQ(bench.history.entries().first().sourceLabel, take);
+}
+
+TEST_F(MicrophoneScreenTake, fallsSilentWhenTheScreenGoes)
+{
+    recordTake();
+    screen->togglePlayback();
+    players.calls.clear();
+    screen.reset();
+    EXPECT_EQ(players.calls, QStringList{u"release"_qs});
+    EXPECT_EQ(bench.history.entries().size(), 1) << "a closed take is not entered again";
 }
 
 TEST_F(MicrophoneScreenTake, isNotBegunByAnAnswerThatComesTooLate)
