@@ -106,7 +106,7 @@ Card {
 
         Rectangle {
             width: parent.width
-            height: panel.height + 32
+            height: panel.height + 26
             radius: Theme.controlRadius
             color: Theme.well
 
@@ -114,7 +114,7 @@ Card {
                 id: panel
 
                 x: 16
-                y: 16
+                y: 13 // what is drawn of the lines begins 16 below the edge
                 width: parent.width - 32
 
                 Headline {

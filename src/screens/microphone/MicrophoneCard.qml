@@ -58,7 +58,7 @@ Card {
 
         Rectangle {
             width: parent.width
-            height: panel.height + 32
+            height: panel.height + 26
             radius: Theme.controlRadius
             color: Theme.well
 
@@ -66,13 +66,13 @@ Card {
                 id: panel
 
                 x: 16
-                y: 16
+                y: 13 // what is drawn of the lines begins 16 below the edge
                 width: parent.width - 32
 
                 Headline {
                     objectName: "heading"
                     width: parent.width
-                    bottomPadding: 2
+                    bottomPadding: 4
                     text: card.view.heading
                 }
 
@@ -86,7 +86,7 @@ Card {
 
                 FootnoteText {
                     width: parent.width
-                    bottomPadding: 8
+                    bottomPadding: 7
                     text: "Audio is captured from your default microphone into a temporary WAV file."
                     wrapMode: Text.Wrap
                 }

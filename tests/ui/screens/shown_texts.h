@@ -5,6 +5,8 @@
 #include <QRectF>
 #include <QString>
 
+#include <gtest/gtest.h>
+
 namespace sorvanta {
 
 struct ShownText {
@@ -30,6 +32,20 @@ inline QList<ShownText> shownTexts(const QQuickItem *item, const QRectF &sight)
         found += shownTexts(child, child->clip() ? sight & all : sight);
     }
     return found;
+}
+
+/// A failure for each two texts of a page that lie over one another, and for each that reaches over the page's sides.
+inline void expectThatNothingOverlaps(const QQuickItem *page)
+{
+    const auto texts = shownTexts(page, QRectF(-1e6, 0, 2e6, page->height()));
+    EXPECT_GT(texts.size(), 5);
+    for (qsizetype i = 0; i < texts.size(); ++i) {
+        EXPECT_GE(texts[i].place.left(), 0) << texts[i].text.toStdString();
+        EXPECT_LE(texts[i].place.right(), page->width()) << texts[i].text.toStdString();
+        for (qsizetype j = i + 1; j < texts.size(); ++j)
+            EXPECT_TRUE((texts[i].place & texts[j].place).isEmpty())
+                << texts[i].text.toStdString() << " | " << texts[j].text.toStdString();
+    }
 }
 
 } // namespace sorvanta
