@@ -82,6 +82,15 @@ function(sorvanta_test name)
   endif()
 endfunction()
 
+# sorvanta_pipewire_test(<name> <tests>)
+# The sound tests of the program <name> whose names fit the filter of GoogleTest, once more with PipeWire as the server.
+function(sorvanta_pipewire_test name tests)
+  string(REPLACE sound_test pipewire_test test ${name})
+  add_test(NAME ${test} COMMAND ${name} --gtest_brief=1 --gtest_filter=${tests})
+  set_tests_properties(${test} PROPERTIES TIMEOUT 300 LABELS sound RESOURCE_LOCK sound COST 400
+    ENVIRONMENT SORVANTA_SOUND_SERVER_KIND=pipewire)
+endfunction()
+
 # sorvanta_ui_test(<name> ...), as sorvanta_test: a program that shows QML offscreen, drawn in software. Its main
 # is found before the one of test_support, because its library comes first.
 function(sorvanta_ui_test name)

@@ -16,6 +16,7 @@
 #include <pulse/error.h>
 #include <pulse/introspect.h>
 #include <pulse/mainloop.h>
+#include <pulse/proplist.h>
 #include <pulse/stream.h>
 #include <pulse/subscribe.h>
 #include <pulse/timeval.h>
@@ -73,6 +74,10 @@ Error serverError(int code, SoundSource source)
 
 struct FreeLoop {
     void operator()(pa_mainloop *loop) const { pa_mainloop_free(loop); }
+};
+
+struct FreeProperties {
+    void operator()(pa_proplist *properties) const { pa_proplist_free(properties); }
 };
 
 pa_sample_spec sampleSpec(const AudioFormat &format)
@@ -210,7 +215,10 @@ private:
     void openStream(const char *device, pa_stream_flags_t flags)
     {
         const pa_sample_spec spec = sampleSpec(m_format);
-        m_stream = pa_stream_new(m_context, "Recording", &spec, nullptr);
+        const std::unique_ptr<pa_proplist, FreeProperties> properties(pa_proplist_new());
+        // PipeWire would else mix a microphone of two channels to one that is 3 dB louder, and cut off what is loud.
+        pa_proplist_sets(properties.get(), "channelmix.normalize", "true");
+        m_stream = pa_stream_new_with_proplist(m_context, "Recording", &spec, nullptr, properties.get());
         if (!m_stream)
             return fail(pa_context_errno(m_context));
         pa_stream_set_state_callback(
