@@ -1,8 +1,7 @@
 #include "batch_page_test.h"
+#include "ui/support/dropping.h"
 
-#include <QDropEvent>
 #include <QElapsedTimer>
-#include <QMimeData>
 
 #include <cstdio>
 
@@ -12,41 +11,11 @@ namespace {
 
 using testing::ElementsAre;
 
-class BatchPageDrop : public BatchPageTest {
+class BatchPageDrop : public Dropping<BatchPageTest> {
 protected:
     BatchPageDrop() { showPage(); }
 
     QPoint middleOfCard() const { return place("dropCard").center().toPoint(); }
-
-    bool enter(const QMimeData &data, const QPoint &point)
-    {
-        QDragEnterEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(window.get(), &event);
-        return event.isAccepted();
-    }
-    void leave()
-    {
-        QDragLeaveEvent event;
-        QCoreApplication::sendEvent(window.get(), &event);
-    }
-    /// @return the action that was taken, Qt::IgnoreAction for a drop that was refused
-    Qt::DropAction drop(const QMimeData &data, const QPoint &point)
-    {
-        QDropEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-        event.setDropAction(Qt::MoveAction);
-        event.ignore();
-        QCoreApplication::sendEvent(window.get(), &event);
-        return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
-    }
-    static std::unique_ptr<QMimeData> files(const QStringList &paths)
-    {
-        auto data = std::make_unique<QMimeData>();
-        QList<QUrl> urls;
-        for (const QString &path : paths)
-            urls << QUrl::fromLocalFile(path);
-        data->setUrls(urls);
-        return data;
-    }
 };
 
 TEST_F(BatchPageDrop, takesAllAudioAndMovieFiles)

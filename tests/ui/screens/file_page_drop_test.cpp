@@ -1,48 +1,15 @@
 #include "file_page_test.h"
-
-#include <QDropEvent>
-#include <QMimeData>
+#include "ui/support/dropping.h"
 
 namespace sorvanta {
 
 namespace {
 
-class FilePageDrop : public FilePageTest {
+class FilePageDrop : public Dropping<FilePageTest> {
 protected:
     FilePageDrop() { showPage(); }
 
     QPoint middleOfCard() const { return place("dropArea").center().toPoint(); }
-
-    bool enter(const QMimeData &data, const QPoint &point)
-    {
-        QDragEnterEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(window.get(), &event);
-        return event.isAccepted();
-    }
-    /// @return the action that was taken, Qt::IgnoreAction for a drop that was refused
-    Qt::DropAction drop(const QMimeData &data, const QPoint &point)
-    {
-        QDropEvent event(point, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-        event.setDropAction(Qt::MoveAction);
-        event.ignore();
-        QCoreApplication::sendEvent(window.get(), &event);
-        return event.isAccepted() ? event.dropAction() : Qt::IgnoreAction;
-    }
-    Qt::DropAction enterAndDrop(const QMimeData &data, const QPoint &point)
-    {
-        if (!enter(data, point))
-            return Qt::IgnoreAction;
-        return drop(data, point);
-    }
-    static std::unique_ptr<QMimeData> files(const QStringList &paths)
-    {
-        auto data = std::make_unique<QMimeData>();
-        QList<QUrl> urls;
-        for (const QString &path : paths)
-            urls << QUrl::fromLocalFile(path);
-        data->setUrls(urls);
-        return data;
-    }
 };
 
 TEST_F(FilePageDrop, takesTheFirstAudioOrMovieOfThreeFiles)
