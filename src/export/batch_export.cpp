@@ -60,7 +60,9 @@ void BatchExport::exportAll(ExportFormat format)
 QList<BatchExportItem> BatchExport::items(ExportFormat format) const
 {
     QList<BatchExportItem> items;
-    for (const BatchExportSource &source : m_settings.sources()) {
+    const qsizetype count = m_settings.sourceCount();
+    for (qsizetype index = 0; index < count; ++index) {
+        const BatchExportSource source = m_settings.source(index);
         if (auto data = rendered(format, source.input))
             items.append({m_settings.defaultName(fileExtension(format), source.path), *std::move(data)});
     }

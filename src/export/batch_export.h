@@ -30,7 +30,9 @@ struct BatchExportSource {
 class BatchExport : public QObject {
 public:
     struct Settings {
-        std::function<QList<BatchExportSource>()> sources; ///< all results in the order of their list
+        // All results in the order of their list. There may be thousands, and the texts of one at a time are held.
+        std::function<qsizetype()> sourceCount;
+        std::function<BatchExportSource(qsizetype index)> source;
         FilePanels &panels; ///< outlives the export
         std::function<QString(const QString &extension, const QString &path)> defaultName; ///< of one result's file
         ExportMessages messages;

@@ -28,7 +28,8 @@ BatchExports::BatchExports(const Settings &settings)
                 .nothingForCsv = u"No transcript available for CSV."_qs,
                 .messages = settings.messages},
                m_delivery)
-    , m_exportAll({.sources = [this] { return allSources(); },
+    , m_exportAll({.sourceCount = [this] { return m_settings.results.list().size(); },
+                   .source = [this](qsizetype row) { return source(row); },
                    .panels = settings.panels,
                    .defaultName = [this](const QString &extension,
                                          const QString &path) { return defaultExportName(m_naming, extension, path); },
@@ -54,14 +55,11 @@ ExportInput BatchExports::selectedInput(ExportFormat format) const
     return {result->exportText(stripDashes && !takesBareTranscript(format)), result->segments(stripDashes)};
 }
 
-QList<BatchExportSource> BatchExports::allSources() const
+BatchExportSource BatchExports::source(qsizetype row) const
 {
+    const FileResult &result = m_settings.results.list()[row];
     const bool stripDashes = m_settings.stripDashes();
-    QList<BatchExportSource> sources;
-    for (const FileResult &result : m_settings.results.list())
-        sources << BatchExportSource{result.url.toLocalFile(),
-                                     {result.exportText(stripDashes), result.segments(stripDashes)}};
-    return sources;
+    return {result.url.toLocalFile(), {result.exportText(stripDashes), result.segments(stripDashes)}};
 }
 
 void BatchExports::updateMenus() const

@@ -36,7 +36,7 @@ public:
 
 private:
     ExportInput selectedInput(ExportFormat format) const;
-    QList<BatchExportSource> allSources() const;
+    BatchExportSource source(qsizetype row) const;
     QString defaultName(const QString &extension, const FileResult *result) const;
 
     const Settings m_settings;

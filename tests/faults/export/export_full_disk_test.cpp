@@ -100,13 +100,12 @@ TEST_F(ExportOnFullDisk, ofTheHistoryACopyThatFailsLeavesNoHalfOfItAndTheStoredF
 TEST_F(ExportOnFullDisk, exportAllStopsAtTheFileThatFindsNoRoom)
 {
     ASSERT_TRUE(filler.resize(filler.size() - 16'384));
+    const QList<BatchExportSource> sources{{.path = "small", .input = {.text = "small"}},
+                                           {.path = "large", .input = {.text = QString(100'000, 'x')}},
+                                           {.path = "last", .input = {.text = "last"}}};
     BatchExport batch(
-        {.sources =
-             [] {
-                 return QList<BatchExportSource>{{.path = "small", .input = {.text = "small"}},
-                                                 {.path = "large", .input = {.text = QString(100'000, 'x')}},
-                                                 {.path = "last", .input = {.text = "last"}}};
-             },
+        {.sourceCount = [&] { return sources.size(); },
+         .source = [&](qsizetype index) { return sources[index]; },
          .panels = panels,
          .defaultName = [](const QString &extension, const QString &path) { return path + '.' + extension; },
          .messages = messages()});

@@ -14,11 +14,12 @@ using testing::UnorderedElementsAre;
 class ExportAll : public DeliveryTest {
 protected:
     ExportAll()
-        : batch({.sources =
-                     [this] {
+        : batch({.sourceCount = [this] { return sources.size(); },
+                 .source =
+                     [this](qsizetype index) {
                          if (failure)
                              throw *failure;
-                         return sources;
+                         return sources[index];
                      },
                  .panels = panels,
                  .defaultName =
