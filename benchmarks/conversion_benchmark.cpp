@@ -3,6 +3,7 @@
 
 #include "core/audio_preparer.h"
 #include "platform/error.h"
+#include "whole_process.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -10,59 +11,13 @@
 #include <QTemporaryDir>
 #include <QThread>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <vector>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace sorvanta;
 
 namespace {
 
 constexpr int repetitions = 7;
-
-struct Measurement {
-    double seconds = 0;
-    double megabytes = 0; ///< the most that was resident
-};
-
-Measurement runProcess(const QStringList &command)
-{
-    const auto start = std::chrono::steady_clock::now();
-    const pid_t child = fork();
-    if (child == 0) {
-        std::vector<QByteArray> words;
-        for (const QString &word : command)
-            words.push_back(word.toUtf8());
-        std::vector<char *> arguments;
-        for (QByteArray &word : words)
-            arguments.push_back(word.data());
-        arguments.push_back(nullptr);
-        dup2(open("/dev/null", O_RDWR), STDIN_FILENO);
-        execvp(arguments[0], arguments.data());
-        _exit(127);
-    }
-    int status = 0;
-    rusage usage = {};
-    wait4(child, &status, 0, &usage);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        std::fprintf(stderr, "failed: %s\n", qPrintable(command.join(u' ')));
-        std::exit(1);
-    }
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    return {seconds.count(), static_cast<double>(usage.ru_maxrss) / 1024};
-}
-
-QStringList ffmpeg(const QStringList &arguments)
-{
-    return QStringList{u"ffmpeg"_qs, u"-nostdin"_qs, u"-v"_qs, u"error"_qs, u"-y"_qs} + arguments;
-}
 
 /// One hour of changing sound with a small picture; the M4A is its sound alone, the long file five times both.
 void makeInputs(const QDir &folder)
@@ -97,18 +52,9 @@ QStringList theirs(const QString &input, const QString &output)
 
 void compare(const char *name, const QString &input, const QString &output)
 {
-    std::vector<double> ratios;
-    std::vector<double> seconds;
-    for (int i = 0; i < repetitions; ++i) {
-        const Measurement yardstick = runProcess(theirs(input, output));
-        const Measurement own = runProcess(ours(input));
-        ratios.push_back(own.seconds / yardstick.seconds);
-        seconds.push_back(own.seconds);
-    }
-    std::sort(ratios.begin(), ratios.end());
-    std::sort(seconds.begin(), seconds.end());
-    std::printf("%s: %.2f of the time of the ffmpeg program (%.2f to %.2f); %.1f s\n", name, ratios[repetitions / 2],
-                ratios.front(), ratios.back(), seconds[repetitions / 2]);
+    const Comparison seen = compareProcesses(ours(input), theirs(input, output), repetitions);
+    std::printf("%s: %.2f of the time of the ffmpeg program (%.2f to %.2f); %.1f s\n", name, seen.ratio,
+                seen.leastRatio, seen.greatestRatio, seen.seconds);
 }
 
 /// What a child process does: one conversion, and nothing is left of it.

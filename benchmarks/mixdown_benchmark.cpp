@@ -3,65 +3,21 @@
 // the program uses unasked. Prints the median of the ratios; the runs alternate.
 
 #include "audio/recording_mixer.h"
+#include "whole_process.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
-#include <vector>
-
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace sorvanta;
 
 namespace {
 
 constexpr int repetitions = 3;
-
-struct Measurement {
-    double seconds = 0;
-    double megabytes = 0; ///< the most that was resident
-};
-
-Measurement runProcess(const QStringList &command)
-{
-    const auto start = std::chrono::steady_clock::now();
-    const pid_t child = fork();
-    if (child == 0) {
-        std::vector<QByteArray> words;
-        for (const QString &word : command)
-            words.push_back(word.toUtf8());
-        std::vector<char *> arguments;
-        for (QByteArray &word : words)
-            arguments.push_back(word.data());
-        arguments.push_back(nullptr);
-        dup2(open("/dev/null", O_RDWR), STDIN_FILENO);
-        execvp(arguments[0], arguments.data());
-        _exit(127);
-    }
-    int status = 0;
-    rusage usage = {};
-    wait4(child, &status, 0, &usage);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
-        std::fprintf(stderr, "failed: %s\n", qPrintable(command.join(u' ')));
-        std::exit(1);
-    }
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
-    return {seconds.count(), static_cast<double>(usage.ru_maxrss) / 1024};
-}
-
-QStringList ffmpeg(const QStringList &arguments)
-{
-    return QStringList{u"ffmpeg"_qs, u"-nostdin"_qs, u"-v"_qs, u"error"_qs, u"-y"_qs} + arguments;
-}
 
 /// A changing sound with a little noise, and pauses as between sentences; ten minutes of it, repeated.
 void makeInputs(const QDir &folder, int hours)
@@ -96,21 +52,9 @@ QStringList theirs(const QDir &folder, const QString &search)
 
 void compare(const QDir &folder, const QString &search)
 {
-    std::vector<double> ratios;
-    std::vector<double> seconds;
-    double megabytes = 0;
-    for (int i = 0; i < repetitions; ++i) {
-        const Measurement yardstick = runProcess(theirs(folder, search));
-        const Measurement own = runProcess(ours(folder));
-        ratios.push_back(own.seconds / yardstick.seconds);
-        seconds.push_back(own.seconds);
-        megabytes = std::max(megabytes, own.megabytes);
-    }
-    std::sort(ratios.begin(), ratios.end());
-    std::sort(seconds.begin(), seconds.end());
+    const Comparison seen = compareProcesses(ours(folder), theirs(folder, search), repetitions);
     std::printf("%.2f of the time of the ffmpeg program with -aac_coder %s (%.2f to %.2f); %.1f s, at most %.0f MB\n",
-                ratios[repetitions / 2], qPrintable(search), ratios.front(), ratios.back(), seconds[repetitions / 2],
-                megabytes);
+                seen.ratio, qPrintable(search), seen.leastRatio, seen.greatestRatio, seen.seconds, seen.megabytes);
     std::fflush(stdout);
 }
 
