@@ -10,9 +10,10 @@ Item {
     default property alias control: slot.data
 
     readonly property bool isNarrow: width < 480
+    readonly property bool isControlBelow: isNarrow && slot.visibleChildren.length > 0
 
     implicitWidth: 480
-    implicitHeight: Math.max(56, words.implicitHeight + 18 + (isNarrow ? slot.height + 8 : 0))
+    implicitHeight: Math.max(56, words.implicitHeight + 18 + (isControlBelow ? slot.height + 8 : 0))
 
     Column {
         id: words

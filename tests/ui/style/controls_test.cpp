@@ -62,6 +62,11 @@ INSTANTIATE_TEST_SUITE_P(
         Size{"IconTile { objectName: 'it'; symbol: 'mic' }", 48, 48}, Size{"AppMark { objectName: 'it' }", 64, 64},
         Size{"DropCard { objectName: 'it'; width: 300; symbol: 'mic' }", 300, 80},
         Size{"FormRow { objectName: 'it'; width: 500; label: 'Model'; hint: 'Hint' }", 500, 56},
+        Size{"FormRow { objectName: 'it'; width: 400; label: 'Model'; hint: 'Hint'; Item { height: 32 } }", 400, 95},
+        Size{
+            "FormRow { objectName: 'it'; width: 400; label: 'Model'; hint: 'Hint'; Item { visible: false; height: 32 } "
+            "}",
+            400, 56},
         Size{"Hairline { objectName: 'it'; width: 10 }", 10, 1},
         Size{"LargeTitle { objectName: 'it'; text: 'T' }", 0, 34},
         Size{"Title2 { objectName: 'it'; text: 'T' }", 0, 28}, Size{"Title3 { objectName: 'it'; text: 'T' }", 0, 24},
