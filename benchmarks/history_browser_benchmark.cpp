@@ -230,6 +230,20 @@ void select(HistoryView &view, Page &page)
     selections.print("another entry selected, with its frame");
 }
 
+void choose(Page &page)
+{
+    Times choices;
+    for (int i = 0; i < 20; ++i) {
+        page.setShown(false);
+        page.draw();
+        choices.add([&] {
+            page.setShown(true);
+            page.draw();
+        });
+    }
+    choices.print("the section chosen, with its frame");
+}
+
 void addWhileHidden(HistoryView &view, Page &page, TranscriptionHistoryStore &store)
 {
     Times additions;
@@ -295,6 +309,7 @@ void measure(const Script &script)
     type(view, page, store.entries(), script);
     scroll(page);
     select(view, page);
+    choose(page);
     addWhileHidden(view, page, store);
 }
 

@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QQmlProperty>
 
 namespace sorvanta {
 
@@ -104,6 +105,13 @@ TEST_F(HistoryPageRows, areFilteredAsOneTypes)
     EXPECT_FALSE(isShown("emptyHistory"));
 }
 
+TEST_F(HistoryPageRows, areSearchedWithoutAutocorrection)
+{
+    showThree();
+    EXPECT_EQ(item("historySearch")->property("placeholderText").toString(), "Search in history");
+    EXPECT_TRUE(item("historySearch")->property("inputMethodHints").toInt() & Qt::ImhNoPredictiveText);
+}
+
 TEST_F(HistoryPageRows, areReachedFromTheSearchByTheArrow)
 {
     showThree();
@@ -202,6 +210,41 @@ TEST_F(HistoryPageDetail, showsTheEntryWithItsControlsInOrder)
                                            "0:00", "Delete", "Transcript", "Good morning.\nHow are you?"));
 }
 
+TEST_F(HistoryPageDetail, marksItsControlsWithTheirSymbols)
+{
+    showThree();
+    const auto symbol = [this](const char *name) { return QQmlProperty::read(item(name), "icon.name").toString(); };
+    EXPECT_EQ(symbol("reloadButton"), "arrow.clockwise");
+    EXPECT_EQ(symbol("exportMenu"), "square.and.arrow.down");
+    EXPECT_EQ(symbol("fullViewButton"), "");
+    EXPECT_EQ(symbol("exportAudioButton"), "square.and.arrow.up");
+    EXPECT_EQ(symbol("deleteButton"), "trash");
+    EXPECT_EQ(symbol("playButton"), "play.circle");
+    click(item("playButton"));
+    EXPECT_EQ(symbol("playButton"), "pause.circle");
+}
+
+TEST_F(HistoryPageDetail, showsTheTagsOfTheEntryThatIsSelected)
+{
+    showThree();
+    const auto tags = [this] {
+        QStringList found;
+        QList<QQuickItem *> waiting{item("entryTags")};
+        while (!waiting.isEmpty()) {
+            const QQuickItem *part = waiting.takeFirst();
+            waiting = part->childItems() + waiting;
+            if (part->property("symbol").isValid() && part->property("text").isValid())
+                found << part->property("symbol").toString() + " " + part->property("text").toString();
+        }
+        return found;
+    };
+    EXPECT_THAT(tags(), ElementsAre("cpu Base", "globe auto"));
+    screen.selectRow(1);
+    EXPECT_THAT(tags(), ElementsAre("cpu Large V3", "globe auto", "person.2.wave.2.fill Diarization"));
+    screen.selectRow(2);
+    EXPECT_THAT(tags(), ElementsAre("cpu Base", "globe auto"));
+}
+
 TEST_F(HistoryPageDetail, hasNoAudioWithoutARecording)
 {
     showThree();
@@ -245,8 +288,8 @@ TEST_F(HistoryPageDetail, showsAnotherTextFromItsBeginningAndWithNothingSelected
     write({entry("/a.wav", QString("A line of one text.\n").repeated(200)),
            entry("/b.wav", QString("A line of another text.\n").repeated(100).chopped(1), 1)});
     showPage();
-    click(textEdit());
-    press(Qt::Key_A, Qt::ControlModifier);
+    QMetaObject::invokeMethod(textEdit(), "selectAll");
+    ASSERT_GT(textEdit()->property("selectedText").toString().size(), 2000);
     tabTo(item("entryText"));
     press(Qt::Key_End);
     settle();
@@ -257,6 +300,11 @@ TEST_F(HistoryPageDetail, showsAnotherTextFromItsBeginningAndWithNothingSelected
     EXPECT_EQ(textEdit()->property("text").toString(), screen.selectedEntry()->text);
     EXPECT_EQ(textEdit()->property("selectedText").toString(), QString());
     EXPECT_EQ(textEdit()->height(), 100 * 21) << "each line is as high as those of the first text";
+    EXPECT_EQ(item("entryText")->property("contentHeight").toDouble(), 100 * 21);
+    screen.selectRow(0);
+    settle();
+    EXPECT_TRUE(item("entryText")->property("atYBeginning").toBool());
+    EXPECT_EQ(item("entryText")->property("contentHeight").toDouble(), 201 * 21);
 }
 
 TEST_F(HistoryPageDetail, scrollsAVeryLongTextByKeysWithoutLayingAllOfItOut)
