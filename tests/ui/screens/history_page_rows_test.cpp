@@ -403,6 +403,26 @@ TEST_F(HistoryPageDetail, exportsWithMessages)
     EXPECT_FALSE(isShown("exportMessage"));
 }
 
+TEST_F(HistoryPageDetail, showsAnotherVeryLongTextFromItsBeginning)
+{
+    const QString line = "A line of a talk that went on for ten hours, no less.\n";
+    write({entry("/a.wav", line.repeated(12000)), entry("/b.wav", "Other.\n\n" + line.repeated(11999), 1)});
+    showPage();
+    const qsizetype pieces = screen.detail()->textPieces().size();
+    ASSERT_GT(pieces, 50);
+    tabTo(item("entryText"));
+    press(Qt::Key_End);
+    settle();
+    ASSERT_GT(item("entryText")->property("contentY").toDouble(), 10000);
+    screen.selectRow(1);
+    settle();
+    ASSERT_EQ(screen.detail()->textPieces().size(), pieces) << "pieces that are changed in place";
+    EXPECT_TRUE(item("entryText")->property("atYBeginning").toBool());
+    QQuickItem *const first = textEdit();
+    EXPECT_TRUE(first->property("text").toString().startsWith("Other."));
+    EXPECT_EQ(place(first).top(), place("entryText").top() + 14);
+}
+
 class HistoryPageDeletion : public HistoryPageRows {
 protected:
     void ask()
