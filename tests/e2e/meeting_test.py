@@ -45,6 +45,16 @@ class MeetingTest(WindowTest):
         text = window.expect(lambda name: FINAL.fullmatch(name) is not None, patience=40).get_name()
         return self.session.temporary / FINAL.fullmatch(text).group(1)
 
+    def expect_the_voice_alone_in_the_pause(self, final):
+        """What is played in a pause leaves silence; the microphone goes on."""
+        step = 0.25
+        levels = [tone_levels(final, [SYSTEM, VOICE], i * step, step) for i in range(2, int(length(final) / step) - 2)]
+        quiet = [i for i, (system, _) in enumerate(levels) if system < 0.01]
+        self.assertGreaterEqual(len(quiet), 6, "the pause of two seconds")
+        self.assertEqual(quiet, list(range(quiet[0], quiet[-1] + 1)), "one pause")
+        for i in quiet:
+            self.assertGreater(levels[i][1], 0.1)
+
     def test_a_meeting_with_the_microphone_becomes_a_transcript(self):
         self.room.play_tone("speaker", SYSTEM)
         self.room.play_tone("room", VOICE)
@@ -72,6 +82,7 @@ class MeetingTest(WindowTest):
         system, voice = tone_levels(final, [SYSTEM, VOICE], 0.5, 1)
         self.assertAlmostEqual(system, 0.25, delta=0.02)
         self.assertAlmostEqual(voice, 0.25, delta=0.02)
+        self.expect_the_voice_alone_in_the_pause(final)
 
         # Both files are in the history, the final one first.
         self.assertEqual([entry["sourceLabel"] for entry in self.history()], [str(final), str(raw[0])])
@@ -120,8 +131,12 @@ class MeetingTest(WindowTest):
         system, voice = tone_levels(raw, [SYSTEM, VOICE], 0.5, 1)
         self.assertAlmostEqual(system, 0.25, delta=0.02)
         self.assertLess(voice, 0.01)
-        self.assertTrue(self.history()[0]["text"].startswith(FIRST_LINES[0]))
-        self.assertIn(str(final), [entry["sourceLabel"] for entry in self.history()])
+        entries = self.history()
+        self.assertEqual({entry["sourceLabel"] for entry in entries}, {str(final), str(raw)})
+        self.assertEqual(len(entries), 2)
+        texts = sorted(entry["text"] for entry in entries)
+        self.assertEqual(texts[0], "")
+        self.assertTrue(texts[1].startswith(FIRST_LINES[0]))
 
     def test_a_killed_recording_is_found_again(self):
         self.room.play_tone("speaker", SYSTEM)
