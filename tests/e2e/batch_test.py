@@ -2,12 +2,14 @@
 """Many files one after the other: a broken one among them, a stop in the middle, all results exported, and a quit."""
 
 import io
+import pathlib
 import shutil
 
 import docx
 
 import accessibility_test
 from accessible_window import BUTTON, Atspi
+from sound import Sound, rising_tone
 from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
 SECONDS = 100
@@ -151,17 +153,41 @@ class BatchTest(WindowTest):
         self.assertEqual(set(self.session.temporary.iterdir()), before)
         self.assertEqual(self.history(), [])
 
-    def test_a_batch_and_a_file_run_go_on_together(self):
-        window = self.start_on_batch_screen(layers=8)
+    def test_a_batch_a_file_run_a_viewer_that_plays_and_a_search_go_on_together(self):
+        sound = Sound(self.session)
+        self.addCleanup(sound.end)
+        window = self.start_on_batch_screen()
+        window.press_row("Transcript Audio From File")
+        self.transcribe(window, rising_tone(self.session.folder / "rising.wav", SECONDS))
+        window.expect("Done", patience=60)
+        self.provide_model(layers=8)
+        window.press_row("Batch Processing")
         self.choose_files(window, [self.speech("a.wav"), self.speech("b.wav")])
+        window.press_row("Transcript Audio From File")
+        window.press("Open Full View")
+        viewer = window.inside("Transcript Viewer")
+        viewer.press("Play")
+        self.eventually(lambda: (sound.place() or 0) > 1, "the sound")
+
+        window.press_row("Batch Processing")
         window.press("Transcribe Files")
         window.press_row("Transcript Audio From File")
-        self.transcribe(window, self.speech("alone.wav"))
-        window.expect("Done", patience=120)
+        window.press("Transcribe")
+        self.eventually(lambda: len(self.engines()) == 2, "both engines")
+        window.press_row("History")
+        self.session.focus(WINDOW)
+        x, y, width, height = window.place("Search in history")
+        self.session.click(x + width // 2, y + height // 2)
+        self.session.type("b.wav")
+        before = sound.place()
+        self.eventually(lambda: (sound.place() or 0) > before + 1, "the sound to go on")
+        viewer.expect("Pause")
+        window.expect("b.wav", patience=120)
+        self.eventually(lambda: len(self.history()) == 4, "all results", 60)
+        self.assertEqual(sorted(pathlib.Path(entry["sourceLabel"]).name for entry in self.history()),
+                         ["a.wav", "b.wav", "rising.wav", "rising.wav"])
         window.press_row("Batch Processing")
-        window.expect("b.wav, Done", patience=120)
-        names = sorted(entry["sourceLabel"].rsplit("/", 1)[1] for entry in self.history())
-        self.assertEqual(names, ["a.wav", "alone.wav", "b.wav"])
+        self.wait_for_rows(window, ["a.wav, Done", "b.wav, Done"])
 
 
 if __name__ == "__main__":
