@@ -4,6 +4,7 @@
 import io
 import pathlib
 import shutil
+import wave
 
 import docx
 
@@ -13,6 +14,7 @@ from sound import Sound, rising_tone
 from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
 SECONDS = 100
+HOURS = 5  # of a film that takes some seconds to convert
 SIZE = (1200, 1300)  # which shows the whole page
 
 
@@ -152,6 +154,26 @@ class BatchTest(WindowTest):
         self.assertEqual(self.wait_for_engines(0), [])
         self.assertEqual(set(self.session.temporary.iterdir()), before)
         self.assertEqual(self.history(), [])
+
+    def test_a_quit_in_mid_conversion_leaves_no_temporary_file(self):
+        before = set(self.session.temporary.iterdir())
+        window = self.start_on_batch_screen()
+        film = self.session.home / "files/long.mp4"
+        film.parent.mkdir()
+        with wave.open(str(film), "wb") as sound:
+            sound.setparams((1, 2, 8000, 0, "NONE", ""))
+            for _ in range(HOURS):
+                sound.writeframes(bytes(2 * 8000 * 3600))
+        self.choose_files(window, [self.speech("a.mp4", "mp4", 30), film])
+        window.press("Transcribe Files")
+        window.expect("a.mp4, Done", patience=60)
+        self.eventually(lambda: len(self.converted_files()) == 2, "the second conversion")
+        self.assertEqual(self.rows(window), ["a.mp4, Done", "long.mp4, Pending"])
+        self.session.close(WINDOW)
+        self.program.wait(timeout=20)
+        self.assertEqual(self.program.returncode, 0)
+        self.assertEqual(set(self.session.temporary.iterdir()), before)
+        self.assertEqual(len(self.history()), 1)
 
     def test_a_batch_a_file_run_a_viewer_that_plays_and_a_search_go_on_together(self):
         sound = Sound(self.session)
