@@ -99,6 +99,13 @@ void TranscriptionRun::endPreparation()
     setTranscribing(false);
 }
 
+void TranscriptionRun::cancelPreparation()
+{
+    setStatus(QStringLiteral("Cancelled"));
+    m_hooks.removeTemporaries();
+    endPreparation();
+}
+
 void TranscriptionRun::forgetOutput()
 {
     m_isTranscriptCleared = false;

@@ -56,6 +56,8 @@ public:
     void beginPreparation(const QString &status);
     /// The preparation gave nothing to start with: the run is over.
     void endPreparation();
+    /// The user wished to stop while the audio was prepared: the run is over, and what was prepared is removed.
+    void cancelPreparation();
 
     /// The whole output of the run so far; empty after clearOutput() until the next output or the end.
     const QString &rawOutput() const { return m_output.rawOutput(); }

@@ -243,7 +243,10 @@ void MeetingRecorderView::transcribe()
     m_earlierOutput.reset();
     run()->beginPreparation(QStringLiteral("Converting…"));
     prepare(path, [this, modelPath = *modelPath](const QString &audioPath) {
-        run()->start(audioPath, modelPath, language()->language());
+        if (run()->isStopping())
+            run()->cancelPreparation();
+        else
+            run()->start(audioPath, modelPath, language()->language());
     });
 }
 

@@ -133,6 +133,28 @@ TEST_F(MeetingScreenRun, canBeStopped)
     EXPECT_EQ(historySources(), entries);
 }
 
+TEST_F(MeetingScreenRun, canBeStoppedDuringTheConversion)
+{
+    useModel(twoMeetingLines);
+    recordAndStop();
+    const auto entries = historySources();
+    QStringList statuses;
+    const QObject listener;
+    QObject::connect(&run(), &TranscriptionRun::statusChanged, &listener, [&] { statuses << run().status(); });
+    screen->transcribe();
+    run().stopRun();
+    waitFor([this] { return !run().isTranscribing(); });
+    EXPECT_THAT(statuses, ElementsAre(u"Converting…"_qs, u"Stopping…"_qs, u"Cancelled"_qs));
+    EXPECT_FALSE(run().isStopping());
+    EXPECT_FALSE(run().hasError());
+    EXPECT_EQ(run().rawOutput(), QString()) << "the engine was not started";
+    EXPECT_EQ(bench.temporaryFiles().filter(u"meeting-transcribe-"_qs), QStringList());
+    EXPECT_EQ(historySources(), entries);
+    EXPECT_TRUE(screen->canStart());
+    screen->transcribe();
+    waitForStatus(u"Done"_qs);
+}
+
 TEST_F(MeetingScreenRun, duringARecordingItStopsThatAndTakesTheRawFile)
 {
     useModel(twoMeetingLines + "sleep 1500\n");
