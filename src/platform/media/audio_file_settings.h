@@ -13,7 +13,7 @@ struct AudioFileSettings {
 
     enum class AacSearch {
         Thorough,
-        /// In half the time. By the words of FFmpeg worse below 64 kbit/s a channel only, and better from there on.
+        /// In less than half the time, for 64 kbit/s a channel and more: below, by the words of FFmpeg, it is worse.
         Fast,
         FastInParallel, ///< the same by several threads at once
     };

@@ -36,8 +36,13 @@ ffmpeg::Pointer<AVCodecContext> openEncoder(const AudioFileSettings &settings)
     context->flags |= AV_CODEC_FLAG_BITEXACT;
     if (!isWav) {
         context->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
-        if (settings.aacSearch != AudioFileSettings::AacSearch::Thorough)
+        if (settings.aacSearch != AudioFileSettings::AacSearch::Thorough) {
             ffmpeg::checked(av_opt_set(context->priv_data, "aac_coder", "fast", 0));
+            // Noise shaping in time, substituted noise and intensity stereo: a tenth of the time, for nothing that
+            // could be measured.
+            for (const char *tool : {"aac_tns", "aac_pns", "aac_is"})
+                ffmpeg::checked(av_opt_set_int(context->priv_data, tool, 0, 0));
+        }
     }
     ffmpeg::checked(avcodec_open2(context.get(), codec, nullptr));
     return context;

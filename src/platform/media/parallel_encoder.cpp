@@ -26,6 +26,7 @@ std::size_t mostStretches()
 ParallelEncoder::ParallelEncoder(const AudioFileSettings &settings)
     : m_settings(settings)
     , m_first(settings)
+    , m_sound(takeRoom())
 {
 }
 
@@ -67,20 +68,22 @@ void ParallelEncoder::launch(bool isLast, const PacketHandler &handle)
     m_next += stretch;
     if (!isLast) {
         const std::int64_t kept = std::min(m_next, packetsBefore);
+        m_sound = takeRoom();
         m_sound.assign(given.sound.end() - static_cast<std::ptrdiff_t>(bytesOf(kept + packetsBehind)),
                        given.sound.end());
         m_soundStart = m_next - kept;
     }
     try {
-        m_stretches.push_back(std::async(std::launch::async, [settings = m_settings, given = std::move(given)] {
-            return encodeStretch(settings, given);
-        }));
+        m_stretches.push_back(
+            std::async(std::launch::async, [settings = m_settings, given = std::move(given)]() mutable {
+                return encodeStretch(settings, std::move(given));
+            }));
     } catch (const std::system_error &failure) {
         throw threadError(failure);
     }
 }
 
-ParallelEncoder::Packets ParallelEncoder::encodeStretch(const AudioFileSettings &settings, const Stretch &given)
+ParallelEncoder::Encoded ParallelEncoder::encodeStretch(const AudioFileSettings &settings, Stretch given)
 {
     FrameEncoder encoder(settings);
     const std::int64_t offset = given.first * encoder.frameSize();
@@ -96,15 +99,31 @@ ParallelEncoder::Packets ParallelEncoder::encodeStretch(const AudioFileSettings 
     encoder.encode(given.sound, keep);
     if (given.isLast)
         encoder.finish(keep);
-    return packets;
+    return {std::move(packets), std::move(given.sound)};
 }
 
 void ParallelEncoder::handOverFirst(const PacketHandler &handle)
 {
-    std::future<Packets> oldest = std::move(m_stretches.front());
+    std::future<Encoded> oldest = std::move(m_stretches.front());
     m_stretches.pop_front();
-    for (const ffmpeg::Pointer<AVPacket> &packet : oldest.get())
+    Encoded encoded = oldest.get();
+    for (const ffmpeg::Pointer<AVPacket> &packet : encoded.packets)
         handle(*packet);
+    m_rooms.push_back(std::move(encoded.sound));
+}
+
+/// An empty vector with room for a stretch.
+std::vector<std::byte> ParallelEncoder::takeRoom()
+{
+    std::vector<std::byte> room;
+    if (m_rooms.empty()) {
+        room.reserve(bytesOf(packetsBefore + stretch + packetsBehind));
+    } else {
+        room = std::move(m_rooms.back());
+        m_rooms.pop_back();
+        room.clear();
+    }
+    return room;
 }
 
 std::size_t ParallelEncoder::bytesOf(std::int64_t packets) const

@@ -36,18 +36,24 @@ private:
         std::int64_t skipped = 0; ///< packets that serve the others only
         bool isLast = false;
     };
+    struct Encoded {
+        Packets packets;
+        std::vector<std::byte> sound; ///< of the stretch, whose room is of use again
+    };
 
-    static Packets encodeStretch(const AudioFileSettings &settings, const Stretch &stretch);
+    static Encoded encodeStretch(const AudioFileSettings &settings, Stretch stretch);
     void launch(bool isLast, const PacketHandler &handle);
     void handOverFirst(const PacketHandler &handle);
+    std::vector<std::byte> takeRoom();
     std::size_t bytesOf(std::int64_t packets) const;
 
     AudioFileSettings m_settings;
     FrameEncoder m_first; ///< tells what the track is, and encodes nothing
+    std::vector<std::vector<std::byte>> m_rooms; ///< of stretches that are done: fresh memory would cost time
     std::vector<std::byte> m_sound; ///< not given to a thread yet, with what the next one needs of the time before
     std::int64_t m_soundStart = 0; ///< packet that it begins with
     std::int64_t m_next = 0; ///< packet that the next stretch begins with
-    std::deque<std::future<Packets>> m_stretches;
+    std::deque<std::future<Encoded>> m_stretches;
 };
 
 } // namespace sorvanta
