@@ -80,7 +80,11 @@ ScreenAudioRecorder::ScreenAudioRecorder(Surroundings surroundings, QObject *par
     , m_surroundings(std::move(surroundings))
     , m_playback(meetingPlayback(),
                  {.file = [this] { return m_outputURL.value(); },
-                  .setError = [this](const QString &error) { m_errorMessage = error; }},
+                  .setError =
+                      [this](const QString &error) {
+                          m_errorMessage = std::nullopt; // a failure that comes again is told again
+                          m_errorMessage = error;
+                      }},
                  m_surroundings.openPlayer)
 {
 }

@@ -57,6 +57,17 @@ TEST_F(MeetingScreenPlayback, aFailureToOpenIsAnError)
     EXPECT_EQ(screen->recordStatus(), u"Captured audio. Use Transcribe below."_qs);
 }
 
+TEST_F(MeetingScreenPlayback, aFailureThatComesAgainIsSaidAgain)
+{
+    recordAndStop();
+    players.refusal = Error(u"libmpv"_qs, -13, u"loading failed."_qs);
+    screen->playLatest();
+    screen->transcribe();
+    EXPECT_EQ(error(), u"Please select a downloaded model."_qs);
+    screen->playLatest();
+    EXPECT_EQ(error(), u"Unable to play audio: loading failed."_qs);
+}
+
 TEST_F(MeetingScreenPlayback, aNewFilePausesWhatPlays)
 {
     record();
