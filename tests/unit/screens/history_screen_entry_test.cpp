@@ -296,6 +296,9 @@ TEST_F(HistoryScreenViewer, takesTheTimesOfTheTextWhereTheSubtitlesHaveGone)
     ASSERT_EQ(model().segments().size(), 1);
     EXPECT_EQ(model().segments()[0].startSeconds, 7);
     EXPECT_EQ(model().segments()[0].text, u"In the text"_qs);
+    shown.text = u"No times"_qs;
+    showEntry(shown);
+    EXPECT_TRUE(model().segments().isEmpty());
 }
 
 TEST_F(HistoryScreenViewer, followsTheSelection)
