@@ -3,43 +3,20 @@
 
 import pathlib
 import re
-import subprocess
 import time
 
-from sound_room import SoundRoom, tone_levels
-from window_test import FIRST_LINES, WindowTest, main
+from recording_test import RecordingTest, length
+from sound_room import tone_levels
+from window_test import FIRST_LINES, main
 
 SYSTEM, VOICE = 440, 1000
 SECTION = "Record Meeting (System Audio)"
 FINAL = re.compile(r"Latest recording ready: (meeting_\d{4}-\d\d-\d\d_\d\d-\d\d_[0-9a-f]{6}\.m4a)")
 
 
-def length(path):
-    return float(subprocess.run(["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", path],
-                                check=True, stdout=subprocess.PIPE).stdout)
-
-
-class MeetingTest(WindowTest):
-    def setUp(self):
-        super().setUp()
-        self.room = SoundRoom(self.session)
-        for file in self.session.temporary.iterdir():
-            file.unlink()
-
-    def tearDown(self):
-        super().tearDown()
-        self.room.end()
-
+class MeetingTest(RecordingTest):
     def start_on_meeting_screen(self):
-        self.accept_policies()
-        self.provide_model()
-        window = self.start()
-        window.press_row(SECTION)
-        window.expect("Press Record to capture system output audio.")
-        return window
-
-    def temporary(self, pattern):
-        return sorted(self.session.temporary.glob(pattern))
+        return self.start_on(SECTION, "Press Record to capture system output audio.")
 
     def final_file(self, window):
         text = window.expect(lambda name: FINAL.fullmatch(name) is not None, patience=40).get_name()
@@ -96,11 +73,7 @@ class MeetingTest(WindowTest):
         window.expect("Pause Playback")
         window.expect("0:02", patience=10)
 
-        kept = self.session.home / "kept.m4a"
-        window.press("Save Audio")
-        self.assertEqual(window.save_file(kept), final.name)
-        window.expect("Saved recording to kept.m4a")
-        self.assertEqual(kept.read_bytes(), final.read_bytes())
+        self.save_audio(window, final)
 
         window.press("Transcribe")
         window.expect("Done", patience=60)

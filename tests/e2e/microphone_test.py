@@ -7,8 +7,9 @@ import subprocess
 import time
 
 from accessible_window import Atspi
-from sound_room import SoundRoom, tone_levels
-from window_test import FIRST_LINES, WindowTest, main
+from recording_test import RecordingTest, length
+from sound_room import tone_levels
+from window_test import FIRST_LINES, main
 
 VOICE = 1000
 LEVEL = 0.25
@@ -16,37 +17,17 @@ SECTION = "Record Audio to Transcript"
 READY = re.compile(r"Ready to transcribe \((microphone_\d{4}-\d\d-\d\d_\d\d-\d\d_[0-9a-f]{6}\.wav), (\d+):(\d\d)\)")
 
 
-def length(path):
-    return float(subprocess.run(["ffprobe", "-v", "error", "-show_entries", "format=duration", "-of", "csv=p=0", path],
-                                check=True, stdout=subprocess.PIPE).stdout)
-
-
 def form(path):
     return subprocess.run(["ffprobe", "-v", "error", "-show_entries", "stream=codec_name,sample_rate,channels", "-of",
                            "csv=p=0", path], check=True, stdout=subprocess.PIPE).stdout.decode().strip()
 
 
-class MicrophoneTest(WindowTest):
-    def setUp(self):
-        super().setUp()
-        self.room = SoundRoom(self.session)
-        for file in self.session.temporary.iterdir():
-            file.unlink()
-
-    def tearDown(self):
-        super().tearDown()
-        self.room.end()
-
+class MicrophoneTest(RecordingTest):
     def start_on_microphone_screen(self):
-        self.accept_policies()
-        self.provide_model()
-        window = self.start()
-        window.press_row(SECTION)
-        window.expect("Press Record to capture microphone audio.")
-        return window
+        return self.start_on(SECTION, "Press Record to capture microphone audio.")
 
     def takes(self):
-        return sorted(self.session.temporary.glob("microphone_*"))
+        return self.temporary("microphone_*")
 
     def ready_take(self, window):
         """The path of the closed take and the seconds that the screen tells of it."""
@@ -91,11 +72,7 @@ class MicrophoneTest(WindowTest):
         window.press("Pause Playback")
         window.expect("Play Recording")
 
-        kept = self.session.home / "kept.wav"
-        window.press("Save Audio")
-        self.assertEqual(window.save_file(kept), take.name)
-        window.expect("Saved recording to kept.wav")
-        self.assertEqual(kept.read_bytes(), take.read_bytes())
+        self.save_audio(window, take)
 
         window.press("Transcribe")
         window.expect("Done", patience=60)
