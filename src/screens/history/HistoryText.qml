@@ -18,7 +18,7 @@ Card {
         objectName: "entryText"
         anchors.fill: parent
         anchors.margins: 1
-        topMargin: 14
+        topMargin: 12
         bottomMargin: 14
         clip: true
         model: card.detail.textPieces.length // so that another text changes the pieces and does not make them anew
@@ -58,7 +58,7 @@ Card {
                 id: words
 
                 x: 15
-                width: piece.width - 30
+                width: piece.width - 38 // clear of the scroll bar
                 text: piece.content
                 textFormat: TextEdit.PlainText
                 wrapMode: TextEdit.Wrap

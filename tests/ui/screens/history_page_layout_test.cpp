@@ -80,6 +80,7 @@ TEST_F(HistoryPageDrawing, placesAllWhereItIsDrawn)
     EXPECT_EQ(at("deleteButton"), QPointF(620, 292));
     EXPECT_EQ(place("entryText").bottom() + 1, 676);
     EXPECT_EQ(place("entryText").right() + 1 + 260, 1176);
+    EXPECT_EQ(item("entryText")->property("contentHeight").toDouble(), 16 * 21) << "four of twelve lines are broken";
     EXPECT_EQ(grab().pixelColor(300, 690), color("windowColor"));
 }
 

@@ -420,7 +420,7 @@ TEST_F(HistoryPageDetail, showsAnotherVeryLongTextFromItsBeginning)
     EXPECT_TRUE(item("entryText")->property("atYBeginning").toBool());
     QQuickItem *const first = textEdit();
     EXPECT_TRUE(first->property("text").toString().startsWith("Other."));
-    EXPECT_EQ(place(first).top(), place("entryText").top() + 14);
+    EXPECT_EQ(place(first).top(), place("entryText").top() + 12);
 }
 
 class HistoryPageDeletion : public HistoryPageRows {
