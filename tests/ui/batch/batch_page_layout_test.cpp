@@ -20,16 +20,7 @@ protected:
     void expectThatNothingOverlaps()
     {
         QTest::qWait(50);
-        const QRectF sight(0, 0, root->width(), root->height());
-        const auto texts = shownTexts(window->contentItem(), QRectF(-1e6, 0, 2e6, root->height()));
-        EXPECT_GT(texts.size(), 3);
-        for (qsizetype i = 0; i < texts.size(); ++i) {
-            EXPECT_GE(texts[i].place.left(), 0) << texts[i].text.toStdString();
-            EXPECT_LE(texts[i].place.right(), sight.right()) << texts[i].text.left(200).toStdString();
-            for (qsizetype j = i + 1; j < texts.size(); ++j)
-                EXPECT_TRUE((texts[i].place & texts[j].place).isEmpty())
-                    << texts[i].text.left(200).toStdString() << " | " << texts[j].text.left(200).toStdString();
-        }
+        sorvanta::expectThatNothingOverlaps(root);
     }
     void expectThatNothingOverlapsAllTheWayDown(const QString &name)
     {

@@ -61,13 +61,6 @@ protected:
         QTest::qWait(20);
     }
 
-    QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
-    bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
-    QRectF place(const QString &objectName) const { return place(item(objectName)); }
-    static QRectF place(const QQuickItem *shown)
-    {
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
-    }
     /// The texts of all shown items with that object name below `parent`, in order.
     static QStringList texts(const QQuickItem *parent, const QString &objectName)
     {

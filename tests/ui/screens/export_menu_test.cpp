@@ -88,10 +88,6 @@ protected:
         return label;
     }
     bool isOpen() const { return !shownItems().isEmpty(); }
-    QRectF place(const QQuickItem *shown) const
-    {
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
-    }
 
     RecordedActions actions;
     QObject owner;

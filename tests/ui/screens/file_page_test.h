@@ -56,14 +56,6 @@ protected:
         screen.start();
     }
 
-    QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
-    bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
-    QRectF place(const QString &objectName) const { return place(item(objectName)); }
-    static QRectF place(const QQuickItem *shown)
-    {
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
-    }
-
     ScreenWorkbench bench;
     TranscriptFromFileView screen;
 };

@@ -73,13 +73,6 @@ protected:
             throw std::runtime_error("there is no such row in sight");
         return found;
     }
-    QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
-    bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
-    QRectF place(const QString &objectName) const { return place(item(objectName)); }
-    static QRectF place(const QQuickItem *shown)
-    {
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
-    }
 
     ScreenWorkbench bench;
     FakePlayers players;

@@ -1,5 +1,5 @@
+#include "page_states.h"
 #include "screens/meeting/meeting_recorder_view.h"
-#include "shown_texts.h"
 #include "support/printing.h"
 #include "support/screen_workbench.h"
 #include "ui/support/ui_test.h"
@@ -69,13 +69,6 @@ protected:
     void waitFor(Condition condition)
     {
         ASSERT_TRUE(QTest::qWaitFor(condition, 20000));
-    }
-    QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
-    bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
-    QRectF place(const QString &objectName) const
-    {
-        const QQuickItem *shown = item(objectName);
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
     }
 
     ScreenWorkbench bench;
@@ -480,33 +473,7 @@ const MeetingState meetingStates[] = {
     {"failed", &State::failed, readyButtons, finalHeadline, captured, "", "Whisper failed: a long log of the engine"},
 };
 
-class MeetingPageStates : public MeetingPageState, public testing::WithParamInterface<MeetingState> {
-protected:
-    QString shownButtons() const
-    {
-        QStringList shown;
-        for (const char *name :
-             {"recordButton", "pauseButton", "playButton", "saveButton", "transcribeButton", "stopButton"}) {
-            if (isShown(name))
-                shown << (item(name)->isEnabled() ? text(name) : '(' + text(name) + ')');
-        }
-        return shown.join(", ");
-    }
-    QString ifShown(const QString &objectName) const { return isShown(objectName) ? text(objectName) : QString(); }
-    void lookAt(const QString &picture)
-    {
-        QTest::qWait(50); // the rows find their places
-        expectThatNothingOverlaps(root);
-        savePicture(picture);
-        const double below = root->property("contentHeight").toDouble() - root->height();
-        if (below <= 0)
-            return;
-        root->setProperty("contentY", below);
-        expectThatNothingOverlaps(root);
-        savePicture(picture + "-below");
-        root->setProperty("contentY", 0);
-    }
-};
+class MeetingPageStates : public PageStates<MeetingPageState>, public testing::WithParamInterface<MeetingState> { };
 
 INSTANTIATE_TEST_SUITE_P(Each, MeetingPageStates, testing::ValuesIn(meetingStates),
                          [](const auto &state) { return std::string(state.param.name); });
@@ -517,7 +484,9 @@ TEST_P(MeetingPageStates, showsItsButtonsAndWords)
     screen->appear();
     showPage();
     (this->*state.reach)();
-    EXPECT_EQ(shownButtons(), QString::fromUtf8(state.buttons));
+    EXPECT_EQ(
+        shownButtons({"recordButton", "pauseButton", "playButton", "saveButton", "transcribeButton", "stopButton"}),
+        QString::fromUtf8(state.buttons));
     EXPECT_TRUE(text("headline").startsWith(QString::fromUtf8(state.headline))) << text("headline").toStdString();
     EXPECT_EQ(ifShown("recordStatus"), QString::fromUtf8(state.recordStatus));
     EXPECT_EQ(ifShown("statusText"), QString::fromUtf8(state.status));
@@ -526,14 +495,7 @@ TEST_P(MeetingPageStates, showsItsButtonsAndWords)
     EXPECT_EQ(isShown("errorText"), !error.isEmpty());
     EXPECT_EQ(isShown("playbackSlider"), players.opened > 0);
     EXPECT_TRUE(item("includeMicSwitch")->isEnabled());
-    const QString picture = QString("meeting-%1").arg(state.name);
-    lookAt(picture);
-    setDark(true);
-    savePicture(picture + "-dark");
-    setDark(false);
-    window->resize(500, 480);
-    root->setSize(QSizeF(500, 480));
-    lookAt(picture + "-small");
+    lookAtAll(QString("meeting-%1").arg(state.name));
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "shown_texts.h"
+#include "page_states.h"
 #include "support/fake_microphone.h"
 #include "support/printing.h"
 #include "support/screen_workbench.h"
@@ -57,14 +57,6 @@ protected:
         microphone.answer(true);
         seconds += 84;
         waitFor([this] { return screen.recordingDuration() == seconds; });
-    }
-    QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
-    bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
-    bool isEnabled(const QString &objectName) const { return item(objectName)->isEnabled(); }
-    QRectF place(const QString &objectName) const
-    {
-        const QQuickItem *shown = item(objectName);
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
     }
 
     ScreenWorkbench bench;
@@ -451,33 +443,8 @@ const MicrophoneState microphoneStates[] = {
     {"failed", &State::failed, closedButtons, notRecording, "", "Whisper failed: a long log of the engine"},
 };
 
-class MicrophonePageStates : public MicrophonePageState, public testing::WithParamInterface<MicrophoneState> {
-protected:
-    QString shownButtons() const
-    {
-        QStringList shown;
-        for (const char *name :
-             {"recordButton", "pauseButton", "playButton", "saveButton", "startButton", "stopButton"}) {
-            if (isShown(name))
-                shown << (isEnabled(name) ? text(name) : '(' + text(name) + ')');
-        }
-        return shown.join(", ");
-    }
-    QString ifShown(const QString &objectName) const { return isShown(objectName) ? text(objectName) : QString(); }
-    void lookAt(const QString &picture)
-    {
-        QTest::qWait(50); // the rows find their places
-        expectThatNothingOverlaps(root);
-        savePicture(picture);
-        const double below = root->property("contentHeight").toDouble() - root->height();
-        if (below <= 0)
-            return;
-        root->setProperty("contentY", below);
-        expectThatNothingOverlaps(root);
-        savePicture(picture + "-below");
-        root->setProperty("contentY", 0);
-    }
-};
+class MicrophonePageStates : public PageStates<MicrophonePageState>,
+                             public testing::WithParamInterface<MicrophoneState> { };
 
 INSTANTIATE_TEST_SUITE_P(Each, MicrophonePageStates, testing::ValuesIn(microphoneStates),
                          [](const auto &state) { return std::string(state.param.name); });
@@ -488,20 +455,14 @@ TEST_P(MicrophonePageStates, showsItsButtonsAndWords)
     screen.appear();
     showPage();
     (this->*state.reach)();
-    EXPECT_EQ(shownButtons(), QString::fromUtf8(state.buttons));
+    EXPECT_EQ(shownButtons({"recordButton", "pauseButton", "playButton", "saveButton", "startButton", "stopButton"}),
+              QString::fromUtf8(state.buttons));
     EXPECT_EQ(text("levelText"), QString::fromUtf8(state.level));
     EXPECT_EQ(ifShown("statusText"), QString::fromUtf8(state.status));
     const auto error = QString::fromUtf8(state.error);
     EXPECT_EQ(ifShown("errorText").left(error.size()), error);
     EXPECT_EQ(isShown("errorText"), !error.isEmpty());
-    const QString picture = QString("microphone-%1").arg(state.name);
-    lookAt(picture);
-    setDark(true);
-    savePicture(picture + "-dark");
-    setDark(false);
-    window->resize(500, 480);
-    root->setSize(QSizeF(500, 480));
-    lookAt(picture + "-small");
+    lookAtAll(QString("microphone-%1").arg(state.name));
 }
 
 } // namespace

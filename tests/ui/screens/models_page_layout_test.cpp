@@ -22,13 +22,7 @@ protected:
         const QRectF all(-1e6, -1e6, 2e6, 2e6);
         const auto texts = shownTexts(root->property("contentItem").value<QQuickItem *>(), all);
         EXPECT_GT(texts.size(), 20);
-        for (qsizetype i = 0; i < texts.size(); ++i) {
-            EXPECT_GE(texts[i].place.left(), gutter) << texts[i].text.toStdString();
-            EXPECT_LE(texts[i].place.right(), root->width() - gutter) << texts[i].text.left(200).toStdString();
-            for (qsizetype j = i + 1; j < texts.size(); ++j)
-                EXPECT_TRUE((texts[i].place & texts[j].place).isEmpty())
-                    << texts[i].text.left(200).toStdString() << " | " << texts[j].text.left(200).toStdString();
-        }
+        expectTextsApart(texts, gutter, root->width() - gutter);
         for (const Place place : {LargeTurbo, Large, Medium, Base, Small, Tiny}) {
             for (const char *button : {"downloadButton", "revealButton", "deleteButton", "retryButton"}) {
                 if (isShown(place, button)) {

@@ -81,11 +81,8 @@ protected:
     {
         return part(place, objectName)->property("color").value<QColor>();
     }
-    QRectF area(Place place, const QString &objectName) const { return area(part(place, objectName)); }
-    static QRectF area(const QQuickItem *shown)
-    {
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
-    }
+    QRectF area(Place place, const QString &objectName) const { return UiTest::place(part(place, objectName)); }
+    static QRectF area(const QQuickItem *shown) { return UiTest::place(shown); }
     /// What a screen reader finds in a card, in order.
     QStringList words(Place place) const { return spokenWords(accessible(card(place))); }
 

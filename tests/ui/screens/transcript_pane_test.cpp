@@ -487,14 +487,7 @@ TEST_P(TranscriptPaneSizes, nothingOverlapsAndNothingIsCutOff)
     QTest::qWait(50);
     const QString name = QString("pane-%1x%2").arg(GetParam().width).arg(GetParam().height);
     savePicture(name);
-    const auto texts = shownTexts(window->contentItem(), QRectF(-1e6, 0, 2e6, root->height()));
-    for (qsizetype i = 0; i < texts.size(); ++i) {
-        EXPECT_GE(texts[i].place.left(), 0) << texts[i].text.toStdString();
-        EXPECT_LE(texts[i].place.right(), root->width()) << texts[i].text.toStdString();
-        for (qsizetype j = i + 1; j < texts.size(); ++j)
-            EXPECT_TRUE((texts[i].place & texts[j].place).isEmpty())
-                << texts[i].text.toStdString() << " | " << texts[j].text.toStdString();
-    }
+    expectThatNothingOverlaps(root);
     for (const char *action : {"fullViewButton", "stripDashesBox", "showLogsButton", "exportMenu", "copyOutputButton",
                                "clearOutputButton", "transcriptCounts", "matchButtons"}) {
         EXPECT_TRUE(isShown(action)) << action;

@@ -34,6 +34,15 @@ protected:
 
     /// The item or object with that objectName; throws when there is none.
     QQuickItem *item(const QString &objectName) const;
+    QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
+    bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
+    bool isEnabled(const QString &objectName) const { return item(objectName)->isEnabled(); }
+    /// Where it stands in the window.
+    QRectF place(const QString &objectName) const { return place(item(objectName)); }
+    static QRectF place(const QQuickItem *shown)
+    {
+        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
+    }
 
     void setDark(bool isDark);
     QColor color(const char *token) const;

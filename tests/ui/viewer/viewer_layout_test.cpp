@@ -13,7 +13,6 @@ namespace {
 /// What the window shows, where it stands and when.
 class ViewerLayout : public ViewerWindow {
 protected:
-    bool isShown(const QString &name) const { return item(name)->isVisible(); }
     QString shownText(const QString &name) const { return item(name)->property("text").toString(); }
     QString symbol(const QString &name) const { return QQmlProperty::read(item(name), "icon.name").toString(); }
     double contentY() const { return list()->property("contentY").toDouble(); }

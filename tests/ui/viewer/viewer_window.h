@@ -83,10 +83,6 @@ protected:
     QQuickItem *list() const { return item("viewerLines"); }
     QQuickItem *row(int index) const { return item("line-" + QString::number(index)); }
     static QQuickItem *part(QQuickItem *of, const QString &name) { return of->findChild<QQuickItem *>(name); }
-    QRectF place(const QQuickItem *shown) const
-    {
-        return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
-    }
     /// How far the middle of the row is from the middle of the list.
     double fromCentre(int index) const { return place(row(index)).center().y() - place(list()).center().y(); }
 
