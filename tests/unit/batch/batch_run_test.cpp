@@ -323,8 +323,9 @@ TEST_F(BatchRunTest, theScreenMayGoInMidBatch)
     start({movie(u"a.mp4"_qs), u"/music/b.wav"_qs}, "print x%0A\nsleep 20000\n");
     waitFor([this] { return !run().rawOutput().isEmpty(); });
     EXPECT_EQ(bench.temporaryFiles().size(), 1);
+    ASSERT_TRUE(isEngineAtWork());
     screen.reset();
-    EXPECT_EQ(QThreadPool::globalInstance()->activeThreadCount(), 0) << "the worker has been waited for";
+    EXPECT_FALSE(isEngineAtWork()) << "its end has been waited for";
     QTest::qWait(50);
     EXPECT_THAT(bench.temporaryFiles(), ElementsAre());
     EXPECT_TRUE(bench.history.entries().isEmpty());
@@ -334,8 +335,9 @@ TEST_F(BatchRunTest, theScreenMayGoAlthoughTheEngineIgnoresTheStop)
 {
     start({u"/music/b.wav"_qs}, "ignore-stop\nprint x%0A\nsleep 20000\n");
     waitFor([this] { return !run().rawOutput().isEmpty(); });
+    ASSERT_TRUE(isEngineAtWork());
     screen.reset();
-    EXPECT_EQ(QThreadPool::globalInstance()->activeThreadCount(), 0);
+    EXPECT_FALSE(isEngineAtWork());
 }
 
 TEST_F(BatchRunTest, theScreenMayGoInMidPreparation)

@@ -1,7 +1,6 @@
 #include "batch_screen_test.h"
 
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QThreadPool>
 
 #include <chrono>
@@ -28,21 +27,6 @@ protected:
             if (run().status() == words)
                 action();
         });
-    }
-    /// Whether the engine is at work on this file now.
-    bool isEngineAt(const QByteArray &audioPath) const
-    {
-        const QByteArray engine = QFile::encodeName(bench.engine.enginePath());
-        const QDir processes(u"/proc"_qs);
-        for (const QString &process : processes.entryList({u"[0-9]*"_qs}, QDir::Dirs)) {
-            QFile file(processes.filePath(process + u"/cmdline"_qs));
-            if (!file.open(QIODevice::ReadOnly))
-                continue;
-            const QList<QByteArray> words = file.readAll().split('\0');
-            if (words.first() == engine && words.contains(audioPath))
-                return true;
-        }
-        return false;
     }
 };
 
@@ -132,9 +116,9 @@ TEST_F(BatchStop, atTheEndOfARunCancelsThatFileAndItIsNotKept)
     when(u"Transcribing a.wav (1/3)"_qs, [this] {
         // The first run ends and the second begins, while the main thread is at something else.
         const QDeadlineTimer deadline(20000);
-        while (!isEngineAt("/music/b.wav") && !deadline.hasExpired())
+        while (!isEngineAtWork("/music/b.wav") && !deadline.hasExpired())
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        ASSERT_TRUE(isEngineAt("/music/b.wav"));
+        ASSERT_TRUE(isEngineAtWork("/music/b.wav"));
         run().stopRun();
     });
     screen->start();
