@@ -451,6 +451,46 @@ TEST_F(Recorder, twoStopsInOneMinuteGiveTwoNames)
     EXPECT_NE(names[0], names[1]);
 }
 
+TEST_F(Recorder, aStartWhileTheLastRecordingIsFinishedIsAllowedAndTheFinishTakesItsFields)
+{
+    record();
+    const QString first = output();
+    sound.play(500, 0.3);
+    stop();
+    record();
+    const QString second = output();
+    EXPECT_NE(second, first);
+    sound.play(700, 1.5);
+    waitForOutput();
+    EXPECT_TRUE(recorder->isRecording());
+    EXPECT_FALSE(recorder->systemURL()) << "it is the new recording that was finished";
+    EXPECT_FALSE(sound.isOpen);
+    EXPECT_TRUE(QFile::exists(first) && QFile::exists(second)) << "and nothing is lost";
+    EXPECT_NEAR(static_cast<double>(samplesOf(first).size()) / 44100, 0.3, 0.3);
+    EXPECT_GT(static_cast<double>(samplesOf(second).size()) / 44100, 0.4);
+    const qsizetype before = outputs.size();
+    recorder->stopRecording();
+    EXPECT_FALSE(recorder->isRecording());
+    QTest::qWait(50);
+    EXPECT_EQ(outputs.size(), before) << "there is nothing left to finish";
+}
+
+TEST_F(Recorder, theFilesAreFinishedAlsoWhenTheRecorderGoesMeanwhile)
+{
+    record();
+    sound.play(500, 2.5);
+    const QString raw = output();
+    stop();
+    recorder.reset();
+    const auto isOrdinary = [&raw] {
+        QFile file(raw);
+        return file.open(QIODevice::ReadOnly) && !file.readAll().contains("moof");
+    };
+    EXPECT_TRUE(QTest::qWaitFor(isOrdinary, 20000));
+    EXPECT_NEAR(mediaDuration(raw), 2.5, 0.3);
+    EXPECT_EQ(folder.names().size(), 1) << "no final file is made";
+}
+
 TEST_F(Recorder, theRawFileIsWholeWhenTheStopReturns)
 {
     record();
@@ -518,6 +558,21 @@ TEST_F(Recorder, aPauseStaysInTheTimelineAsSilence)
     EXPECT_LT(level(samples, 0.55, 1.45, 44100), 1e-4);
     EXPECT_GT(level(samples, 1.6, 1.9, 44100), 0.15);
     EXPECT_FALSE(sound.calls.contains(u"pause the microphone"_qs));
+}
+
+TEST_F(Recorder, eightHoursLastEightHours)
+{
+    record();
+    sound.play(500, 0.5);
+    recorder->pauseRecording();
+    sound.pass(8 * 3600 - 1);
+    recorder->resumeRecording();
+    sound.play(900, 0.5);
+    recorder->stopRecording();
+    waitForOutput();
+    EXPECT_NEAR(mediaDuration(output()), 8 * 3600, 0.1);
+    const QString end = folder.make(u"end.wav"_qs, u"-ss 28799.4 -i %1"_qs.arg(output()));
+    EXPECT_GT(toneAmplitude(samplesOf(end), 900, 44100), 0.15) << "and what is at its end is found there";
 }
 
 TEST_F(Recorder, theMicrophoneGoesOnThroughAPause)
