@@ -78,7 +78,7 @@ TEST_F(BatchHistory, aTextOfBlanksLeavesNoEntry)
 
 TEST_F(BatchHistory, aModelThatWentDuringTheBatchIsUnknown)
 {
-    const QString model = bench.installModel(u"ggml-base.bin"_qs, twoLines + "sleep 300\n");
+    const QString model = bench.installModel(u"ggml-base.bin"_qs, twoLines + "sleep 1000\n");
     screen->appear();
     choose({u"/music/a.wav"_qs});
     screen->start();

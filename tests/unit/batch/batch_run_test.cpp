@@ -94,7 +94,7 @@ TEST_F(BatchRunTest, allWentWell)
 
 TEST_F(BatchRunTest, anErrorThatStandsAtTheEndKeepsTheStatusFromSayingDone)
 {
-    start({u"/music/a.wav"_qs}, twoLines + "sleep 100\n");
+    start({u"/music/a.wav"_qs}, twoLines + "sleep 800\n");
     waitFor([this] { return result(0).hasTranscript; });
     run().setError(u"Could not save TXT: no."_qs);
     waitForEnd();
@@ -175,7 +175,7 @@ TEST_F(BatchRunTest, theStatusIsShownUntilThereIsProgress)
 TEST_F(BatchRunTest, theRawOutputStaysThatOfTheFileBeforeUntilTheNextOnePrints)
 {
     start({u"/music/a.wav"_qs, u"/music/b.wav"_qs},
-          "only a.wav\nprint [x] A%0A\nonly b.wav\nsleep 300\nprint [x] B%0A\nsleep 300\n");
+          "only a.wav\nprint [x] A%0A\nonly b.wav\nsleep 800\nprint [x] B%0A\nsleep 800\n");
     waitFor([this] { return run().currentFileIndex() == 1; });
     EXPECT_EQ(run().rawOutput(), u"[x] A\n"_qs);
     EXPECT_EQ(run().transcript(), u"A"_qs);
@@ -205,8 +205,8 @@ TEST_F(BatchRunTest, theConvertedFilesGoAtTheEndOfTheBatchTheUsersOwnStay)
 {
     const QString first = movie(u"a.mp4"_qs);
     const QString second = movie(u"b.mov"_qs);
-    start({first, second}, "arguments\nsleep 200\n");
-    waitFor([this] { return status(1) == FileStatus::running && !result(1).rawOutput().isEmpty(); });
+    start({first, second}, "arguments\nsleep 800\n");
+    waitFor([this] { return status(1) == FileStatus::running && result(1).rawOutput().endsWith(u"auto\n"_qs); });
     EXPECT_EQ(run().tempConvertedURLs().size(), 2);
     EXPECT_EQ(bench.temporaryFiles().size(), 2);
     EXPECT_TRUE(result(0).rawOutput().contains(run().tempConvertedURLs()[0]));
@@ -283,7 +283,7 @@ TEST_F(BatchRunTest, aMissingEngineFailsTheFirstFile)
 TEST_F(BatchRunTest, aMovieThatVanishesBeforeItsTurnIsTold)
 {
     const QString clip = movie(u"gone.mp4"_qs);
-    start({u"/music/a.wav"_qs, clip}, "sleep 200\n" + twoLines);
+    start({u"/music/a.wav"_qs, clip}, "sleep 600\n" + twoLines);
     QFile::remove(clip);
     waitForEnd();
     EXPECT_EQ(run().error(), u"Could not convert gone.mp4 for transcription."_qs);

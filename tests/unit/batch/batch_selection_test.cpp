@@ -65,7 +65,7 @@ TEST_F(BatchSelection, theSearchFollowsTheSelection)
 
 TEST_F(BatchSelection, newTextOfTheSelectedResultIsShownAndSearched)
 {
-    start({u"/music/a.wav"_qs}, "print [x] one%0A\nsleep 150\nprint [x] one more%0A\nsleep 150\n");
+    start({u"/music/a.wav"_qs}, "print [x] one%0A\nsleep 800\nprint [x] one more%0A\nsleep 800\n");
     pane().search()->setSearchText(u"one"_qs);
     waitFor([this] { return shown().size() == 1; });
     EXPECT_EQ(screen->selectedStatusWord(), u"Transcribing"_qs);
@@ -79,7 +79,7 @@ TEST_F(BatchSelection, newTextOfTheSelectedResultIsShownAndSearched)
 TEST_F(BatchSelection, textOfAnotherResultLeavesThePaneAlone)
 {
     start({u"/music/a.wav"_qs, u"/music/b.wav"_qs},
-          "only a.wav\nprint [x] first%0A\nonly b.wav\nsleep 100\nprint [x] second%0A\nsleep 200\n");
+          "only a.wav\nprint [x] first%0A\nonly b.wav\nsleep 400\nprint [x] second%0A\nsleep 200\n");
     waitFor([this] { return status(0) == FileStatus::done; });
     QSignalSpy rows(pane().rows(), &QAbstractItemModel::rowsInserted);
     QSignalSpy reset(pane().rows(), &QAbstractItemModel::modelReset);
@@ -100,7 +100,7 @@ TEST_F(BatchSelection, theSelectionStaysWhileTheBatchGoesOn)
 
 TEST_F(BatchSelection, withoutOneTheFileThatBeginsIsSelected)
 {
-    start(threeFiles, twoLines + "sleep 100\n");
+    start(threeFiles, twoLines + "sleep 500\n");
     screen->results()->setSelectedResultID(std::nullopt);
     waitFor([this] { return status(1) == FileStatus::running; });
     EXPECT_EQ(screen->results()->selectedResultID(), result(0).id);

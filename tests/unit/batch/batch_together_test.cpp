@@ -27,7 +27,7 @@ protected:
 
 TEST_F(BatchTogether, aFileRunGoesOnAndAllResultsAreKept)
 {
-    useModel(twoLines + "sleep 150\n");
+    useModel(twoLines + "sleep 400\n");
     file.appear();
     file.chooseFile();
     bench.panels.answer(u"/music/alone.wav"_qs);
@@ -46,7 +46,7 @@ TEST_F(BatchTogether, aFileRunGoesOnAndAllResultsAreKept)
 
 TEST_F(BatchTogether, aStopOfTheOneLeavesTheOtherAlone)
 {
-    useModel(twoLines + "sleep 400\n");
+    useModel(twoLines + "sleep 1500\n");
     file.appear();
     file.chooseFile();
     bench.panels.answer(u"/music/alone.wav"_qs);
