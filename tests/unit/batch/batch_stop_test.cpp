@@ -86,7 +86,7 @@ TEST_F(BatchStop, withoutABatchDoesNothing)
 
 TEST_F(BatchStop, whileAFileIsConvertedCancelsAllThatIsNotDone)
 {
-    const QString clip = movie(u"b.mp4"_qs, 7200.0);
+    const QString clip = movie(u"b.mp4"_qs, 3600.0);
     useModel(twoLines);
     choose({u"/music/a.wav"_qs, clip, u"/music/c.wav"_qs});
     when(u"Converting b.mp4 to wav audio…"_qs, [this] { run().stopRun(); });
