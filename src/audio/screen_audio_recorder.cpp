@@ -153,9 +153,7 @@ void ScreenAudioRecorder::startSystemCapture()
     m_stream = std::move(m_content);
     try {
         m_writer = std::make_shared<CapturedTrack>(path, settings, failureReport([this](const QString &description) {
-                                                       m_errorMessage = description.isEmpty()
-                                                                            ? QStringLiteral("Recording failed.")
-                                                                            : description;
+                                                       m_errorMessage = systemFailureText(description);
                                                    }));
     } catch (const Error &) {
         throw recorderError(UnableToStartWriting, QStringLiteral("Unable to start writing."));
@@ -349,14 +347,22 @@ void ScreenAudioRecorder::dropMicFile()
 void ScreenAudioRecorder::setMicWriter(const QString &path, const AudioFileSettings &settings)
 {
     m_micURL = path;
-    m_micWriter = std::make_shared<CapturedTrack>(
-        path, settings, failureReport([this](const QString &description) {
-            m_errorMessage =
-                QStringLiteral("Microphone capture failed. Recording system audio only. ")
-                + (description.isEmpty() ? QStringLiteral("The operation could not be completed.") : description);
-            stopMicCapture();
-            dropMicFile();
-        }));
+    m_micWriter = std::make_shared<CapturedTrack>(path, settings, failureReport([this](const QString &description) {
+                                                      m_errorMessage = micFailureText(description);
+                                                      stopMicCapture();
+                                                      dropMicFile();
+                                                  }));
+}
+
+QString ScreenAudioRecorder::systemFailureText(const QString &description)
+{
+    return description.isEmpty() ? QStringLiteral("Recording failed.") : description;
+}
+
+QString ScreenAudioRecorder::micFailureText(const QString &description)
+{
+    return QStringLiteral("Microphone capture failed. Recording system audio only. ")
+           + (description.isEmpty() ? QStringLiteral("The operation could not be completed.") : description);
 }
 
 /// Reaches the main thread from that of a track, unless this object has gone.

@@ -85,6 +85,11 @@ protected:
     void setMicWriter(const QString &path, const AudioFileSettings &settings);
     CapturedTrack *micWriter() const { return m_micWriter.get(); }
 
+    /// How the user is told that the system's file, or the second way's, cannot be written on; the system's own
+    /// words may be empty.
+    static QString systemFailureText(const QString &description);
+    static QString micFailureText(const QString &description);
+
 private:
     void takeContent(const SystemSound::Answer &answer);
     void startSystemCapture();

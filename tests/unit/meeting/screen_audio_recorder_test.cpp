@@ -615,10 +615,21 @@ TEST_F(Recorder, aNewRecordingBeginsWithoutThePauseOfTheLast)
 
 class DormantWay : public ScreenAudioRecorder {
 public:
+    using ScreenAudioRecorder::micFailureText;
     using ScreenAudioRecorder::micWriter;
     using ScreenAudioRecorder::ScreenAudioRecorder;
     using ScreenAudioRecorder::setMicWriter;
+    using ScreenAudioRecorder::systemFailureText;
 };
+
+TEST_F(Recorder, tellsAFileThatFailsInTheSystemsWordsOrItsOwn)
+{
+    EXPECT_EQ(DormantWay::systemFailureText(u"No space."_qs), u"No space."_qs);
+    EXPECT_EQ(DormantWay::systemFailureText({}), u"Recording failed."_qs);
+    const QString mic = u"Microphone capture failed. Recording system audio only. "_qs;
+    EXPECT_EQ(DormantWay::micFailureText(u"No space."_qs), mic + u"No space."_qs);
+    EXPECT_EQ(DormantWay::micFailureText({}), mic + u"The operation could not be completed."_qs);
+}
 
 TEST_F(Recorder, nothingOpensTheSecondWay)
 {
