@@ -404,7 +404,7 @@ private:
         if (std::exchange(m_isInterrupted, false))
             tell(&Events::resumed);
         if (m_isStarted)
-            m_receive({frames, place.time, place.isContinuous});
+            handOverCorrected(frames, place, m_format, m_receive);
     }
 
     void handleOpened()

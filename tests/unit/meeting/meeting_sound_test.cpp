@@ -5,6 +5,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cstring>
 
 using namespace sorvanta;
@@ -27,9 +28,11 @@ protected:
     {
         bool hasReturned = false;
         const auto begin = Clock::now();
-        recorder.startRecording(includeMic, [&] { hasReturned = true; });
+        recorder.startRecording(includeMic, [&] {
+            started = Clock::now();
+            hasReturned = true;
+        });
         waitFor([&] { return hasReturned; });
-        started = Clock::now();
         return secondsSince(begin);
     }
     /// @return how long the recording was on, in seconds
@@ -53,11 +56,19 @@ protected:
         std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(double));
         return samples;
     }
+    /// The mean of short pieces: a busy server leaves some sound out, and what follows has another phase.
     static double amplitude(const std::vector<double> &samples, double frequency, double from, double to)
     {
-        return toneAmplitude(std::vector<double>(samples.begin() + static_cast<std::ptrdiff_t>(from * rate),
-                                                 samples.begin() + static_cast<std::ptrdiff_t>(to * rate)),
-                             frequency, rate);
+        constexpr double longest = 0.1;
+        const int pieces = std::max(1, static_cast<int>((to - from) / longest));
+        const double length = std::min(longest, to - from);
+        double sum = 0;
+        for (int i = 0; i < pieces; ++i) {
+            const auto begin = samples.begin() + static_cast<std::ptrdiff_t>((from + i * length) * rate);
+            sum += toneAmplitude(std::vector<double>(begin, begin + static_cast<std::ptrdiff_t>(length * rate)),
+                                 frequency, rate);
+        }
+        return sum / pieces;
     }
     /// Where a tone of that frequency sounds: the first and the last moment, in seconds.
     static std::pair<double, double> spanOf(const std::vector<double> &samples, double frequency)
@@ -123,15 +134,18 @@ TEST_F(MeetingSound, mixesTheMicrophoneIn)
     play(makeTone(u"low.wav"_qs, 440, 30), u"speaker"_qs);
     play(makeTone(u"voice.wav"_qs, 1000, 30), u"room"_qs);
     wait(0.5);
-    EXPECT_LT(start(true), 2);
+    const double starting = start(true);
+    EXPECT_LT(starting, 2);
     EXPECT_EQ(error(), QString());
     wait(3);
     const QString raw = output();
     const double length = stop();
     EXPECT_NE(output(), raw);
     EXPECT_EQ(error(), QString());
-    EXPECT_NEAR(mediaDuration(output()), length, 0.3) << "as long as the system's file";
-    EXPECT_NEAR(mediaDuration(output()), mediaDuration(raw), 0.001);
+    EXPECT_NEAR(mediaDuration(output()), mediaDuration(raw), 0.001) << "as long as the system's file";
+    // The system's sound began before the microphone was there.
+    EXPECT_GT(mediaDuration(raw), length - 0.05);
+    EXPECT_LT(mediaDuration(raw), length + starting + 0.05);
     for (int number = 0; number < 2; ++number) {
         const auto samples = channel(output(), number);
         EXPECT_NEAR(decibels(amplitude(samples, 440, 0.5, 2.5) / 0.25), 0, 0.5);
