@@ -10,7 +10,7 @@
 /// The server of sound_server.sh, which this process and its children use as long as this object lives.
 class SoundServer {
 public:
-    /// Starts the server and waits until it answers.
+    /// Starts the server and waits until it has its devices.
     SoundServer();
     ~SoundServer();
 
