@@ -42,6 +42,8 @@ private:
 
 const char *foundInRest(const char *place, const char *end, QByteArrayView wanted)
 {
+    if (place == end) // perhaps of a text that has no place at all
+        return nullptr;
     return static_cast<const char *>(
         ::memmem(place, static_cast<std::size_t>(end - place), wanted.data(), static_cast<std::size_t>(wanted.size())));
 }

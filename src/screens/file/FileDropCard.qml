@@ -2,14 +2,14 @@ import QtQuick
 import Sorvanta.Style
 import Sorvanta.Screens
 
-// Where the file is chosen, by a panel or by a drop.
+// The section in which the file is chosen, by a panel or by a drop anywhere in it.
 DropArea {
     id: area
 
     required property TranscriptFromFileView view
 
     objectName: "dropArea"
-    implicitHeight: card.implicitHeight
+    implicitHeight: card.y + card.implicitHeight
     onEntered: drag => drag.accepted = view.acceptsDrop(drag.urls, drag.formats)
     onDropped: drop => {
         // Whatever was proposed: a file that is moved would be removed where it came from.
@@ -19,10 +19,21 @@ DropArea {
             view.dropData(drop.getDataAsArrayBuffer(format));
     }
 
+    SectionLabel {
+        id: label
+
+        objectName: "fileLabel"
+        bottomPadding: 8
+        text: "Audio File"
+    }
+
     DropCard {
         id: card
 
-        anchors.fill: parent
+        objectName: "dropCard"
+        y: label.height
+        width: parent.width
+        height: implicitHeight
         symbol: "arrow.up.doc"
         fileOver: area.containsDrag
 

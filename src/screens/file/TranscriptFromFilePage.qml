@@ -17,11 +17,6 @@ ScrollingPage {
         subtitle: "Upload an audio file, choose a downloaded model, and generate a transcript using whisper."
     }
 
-    SectionLabel {
-        bottomPadding: 8
-        text: "Audio File"
-    }
-
     FileDropCard {
         width: parent.width
         view: page.view

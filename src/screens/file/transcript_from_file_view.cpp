@@ -75,6 +75,8 @@ QString TranscriptFromFileView::mediaFormat(const QStringList &formats) const
 
 void TranscriptFromFileView::dropData(const QByteArray &data)
 {
+    if (data.isEmpty())
+        return;
     const QString path = newTemporaryPath(QString(), QString());
     try {
         writeFileAtomically(path, data);

@@ -50,7 +50,8 @@ public:
     /// The first of these formats whose data is audio or a movie; empty if none is.
     Q_INVOKABLE QString mediaFormat(const QStringList &formats) const;
 
-    /// Takes audio or a movie that was dropped as data: it is put into a temporary file of the screen.
+    /// Takes audio or a movie that was dropped as data: it is put into a temporary file of the screen. Nothing happens
+    /// without data, which is what a drop that fails gives.
     Q_INVOKABLE void dropData(const QByteArray &data);
 
     /// Prepares the chosen file and transcribes it with the chosen model.

@@ -146,7 +146,7 @@ TEST_F(MainWindow, beginsWithTheFileScreenBesideASidebarOf260)
 {
     showWindow();
     EXPECT_TRUE(item("chooseFileButton")->isVisible());
-    EXPECT_EQ(item("dropArea")->mapToScene({0, 0}), QPointF(322, 120));
+    EXPECT_EQ(item("dropCard")->mapToScene({0, 0}), QPointF(322, 120));
     EXPECT_EQ(item("version")->property("text").toString(), ContentView::version());
     EXPECT_FALSE(isShown("noSection"));
 }

@@ -9,7 +9,7 @@ class FilePageDrop : public Dropping<FilePageTest> {
 protected:
     FilePageDrop() { showPage(); }
 
-    QPoint middleOfCard() const { return place("dropArea").center().toPoint(); }
+    QPoint middleOfCard() const { return place("dropCard").center().toPoint(); }
 };
 
 TEST_F(FilePageDrop, takesTheFirstAudioOrMovieOfThreeFiles)
@@ -30,9 +30,13 @@ TEST_F(FilePageDrop, refusesFilesOfNeitherKind)
     EXPECT_FALSE(screen.hasFile());
 }
 
-TEST_F(FilePageDrop, isTheSectionAndNotThePage)
+TEST_F(FilePageDrop, isTheWholeSectionAndNotThePage)
 {
     const auto data = files({"/d/song.mp3"});
+    EXPECT_TRUE(enter(*data, place("fileLabel").center().toPoint())) << "its label too";
+    leave();
+    EXPECT_TRUE(enter(*data, place("dropCard").bottomRight().toPoint() - QPoint(4, 4)));
+    leave();
     EXPECT_FALSE(enter(*data, place("startButton").center().toPoint()));
     EXPECT_FALSE(enter(*data, QPoint(470, 40)));
     EXPECT_FALSE(screen.hasFile());
@@ -40,13 +44,12 @@ TEST_F(FilePageDrop, isTheSectionAndNotThePage)
 
 TEST_F(FilePageDrop, showsThatAFileIsOverIt)
 {
-    const QQuickItem *card = item("dropArea");
+    const QQuickItem *card = item("dropCard");
     EXPECT_EQ(pixel(card, 300, 70), color("card"));
     const auto data = files({"/d/song.mp3"});
     ASSERT_TRUE(enter(*data, middleOfCard()));
     EXPECT_EQ(pixel(card, 300, 70), color("accentSoft"));
-    QDragLeaveEvent leave;
-    QCoreApplication::sendEvent(window.get(), &leave);
+    leave();
     EXPECT_EQ(pixel(card, 300, 70), color("card"));
 }
 

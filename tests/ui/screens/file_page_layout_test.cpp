@@ -84,7 +84,7 @@ TEST_F(FilePagePlaces, areThoseOfTheDrawing)
     useModel({});
     choose("/music/Harbour walk interview.m4a");
     showPage(); // 260 to the right of where the window draws it
-    EXPECT_EQ(place("dropArea"), QRectF(62, 120, 816, 80));
+    EXPECT_EQ(place("dropCard"), QRectF(62, 120, 816, 80));
     EXPECT_EQ(place("chooseFileButton").topLeft(), QPointF(142, 132));
     EXPECT_EQ(place("modelPicker"), QRectF(582, 228, 280, 32));
     EXPECT_EQ(place("languagePicker"), QRectF(582, 285, 280, 32));

@@ -179,6 +179,16 @@ TEST_F(FileScreenChoice, droppedDataThatCannotBeKeptIsSaidInTheError)
     EXPECT_FALSE(run().error()->isEmpty());
 }
 
+TEST_F(FileScreenChoice, droppedDataThatCouldNotBeHadChangesNothing)
+{
+    choose(u"/music/a.wav"_qs);
+    run().setError(u"old"_qs);
+    screen->dropData({});
+    EXPECT_EQ(screen->selectedFile(), u"/music/a.wav"_qs);
+    EXPECT_EQ(run().error(), u"old"_qs);
+    EXPECT_EQ(bench.temporaryFiles(), QStringList());
+}
+
 TEST_F(FileScreenChoice, mayStartWithAFileAndAModelOnly)
 {
     QSignalSpy changed(screen.get(), &TranscriptFromFileView::canStartChanged);
