@@ -56,11 +56,12 @@ function(sorvanta_group_generated_sources name)
   set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
 endfunction()
 
-# sorvanta_test(<name> SOURCES <file>... LINKS <target>... [TIMEOUT <seconds>] [LABELS <label>...]
+# sorvanta_test(<name> SOURCES <file>... LINKS <target>... [TIMEOUT <seconds>] [COST <seconds>] [LABELS <label>...]
 #               [LAUNCHER <program> <argument>...] [PRECOMPILED <target>])
-# A GoogleTest program, one a folder. A launcher is given the program and its arguments and runs it.
+# A GoogleTest program, one a folder. A launcher is given the program and its arguments and runs it. What takes more
+# than half a minute with sanitizers has a cost, so that it starts first in a tree that has not run it yet.
 function(sorvanta_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT;PRECOMPILED" "SOURCES;LINKS;LABELS;LAUNCHER" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT;COST;PRECOMPILED" "SOURCES;LINKS;LABELS;LAUNCHER" ${ARGN})
   if(NOT ARG_PRECOMPILED)
     set(ARG_PRECOMPILED test_precompiled)
   endif()
@@ -73,6 +74,9 @@ function(sorvanta_test name)
     set(ARG_TIMEOUT 300)
   endif()
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+  if(ARG_COST)
+    set_tests_properties(${name} PROPERTIES COST ${ARG_COST})
+  endif()
   if("sound" IN_LIST ARG_LABELS)
     # Waits for real time to pass, beside tests that work, but not beside another one that listens.
     set_tests_properties(${name} PROPERTIES RESOURCE_LOCK sound COST 500)
@@ -94,7 +98,7 @@ endfunction()
 # sorvanta_ui_test(<name> ...), as sorvanta_test: a program that shows QML offscreen, drawn in software. Its main
 # is found before the one of test_support, because its library comes first.
 function(sorvanta_ui_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "" "TIMEOUT;COST" "SOURCES;LINKS;LABELS" ${ARGN})
   sorvanta_test(${name} SOURCES ${ARG_SOURCES} LINKS ui_test_support ${ARG_LINKS} PRECOMPILED ui_test_precompiled
-    TIMEOUT ${ARG_TIMEOUT} LABELS ${ARG_LABELS})
+    TIMEOUT ${ARG_TIMEOUT} COST ${ARG_COST} LABELS ${ARG_LABELS})
 endfunction()

@@ -7,7 +7,7 @@ echo "clang-format"
 git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
 
 echo "clang-tidy"
-git ls-files 'src/*.cpp' | xargs -P "$(nproc)" -n 4 clang-tidy --quiet -p "$build" 2>"$build/clang-tidy.log" ||
+git ls-files 'src/*.cpp' | xargs -P "$(nproc)" -n 1 clang-tidy --quiet -p "$build" 2>"$build/clang-tidy.log" ||
   { cat "$build/clang-tidy.log" >&2; exit 1; }
 
 echo "qmllint"

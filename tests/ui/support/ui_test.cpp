@@ -144,6 +144,7 @@ QColor UiTest::pixel(const QQuickItem *item, int x, int y) const
 
 void UiTest::click(QQuickItem *item)
 {
+    window->grabWindow(); // what is to move does so now, and not between the press and the release
     const QPoint middle = item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
     QTest::mouseClick(window.get(), Qt::LeftButton, Qt::NoModifier, middle);
 }
