@@ -72,13 +72,17 @@ int main(int argumentCount, char **arguments)
     const QString tone = folder.make(QStringLiteral("tone.wav"),
                                      QStringLiteral("-f lavfi -i aevalsrc=0.25*sin(2*PI*1000*t):d=0.3:s=48000"));
     auto recorder = std::make_unique<ScreenAudioRecorder>(ScreenAudioRecorder::Surroundings::ofThisMachine());
+    // The file is there when the system's sound begins; the start is told when the microphone has begun, too.
+    std::chrono::steady_clock::time_point begin;
+    QObject::connect(
+        recorder.get(), &ScreenAudioRecorder::outputURLChanged, &application,
+        [&begin] { begin = std::chrono::steady_clock::now(); }, Qt::SingleShotConnection);
     bool hasStarted = false;
     recorder->startRecording(true, [&] { hasStarted = true; });
     if (!QTest::qWaitFor([&] { return hasStarted; }, 10000) || recorder->errorMessage()) {
         std::fprintf(stderr, "%s\n", qPrintable(recorder->errorMessage().value_or(QString())));
         return 1;
     }
-    const auto begin = std::chrono::steady_clock::now();
     const auto elapsed = [&] {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     };

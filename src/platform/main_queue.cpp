@@ -2,13 +2,13 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QMetaObject>
-#include <QPointer>
+#include <QEvent>
 #include <QThread>
 #include <QTimer>
 
 #include <atomic>
 #include <deque>
+#include <mutex>
 #include <utility>
 
 namespace sorvanta {
@@ -17,35 +17,47 @@ namespace {
 
 std::atomic<bool> hasBegunToQuit = false;
 
-void watchQuitting()
-{
-    QObject::connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, [] { hasBegunToQuit = true; });
-}
-Q_COREAPP_STARTUP_FUNCTION(watchQuitting)
-
 /// Runs what was posted, in order, but not for longer than a moment at a stretch. Qt goes on with posted events as long
 /// as there are any, and a worker that posts faster than the work is done would keep windows and timers waiting.
 class MainQueue : public QObject {
 public:
-    /// The one of the application, which goes with it. Main thread only.
-    static MainQueue &instance()
+    explicit MainQueue(QCoreApplication *application)
+        : QObject(application)
     {
-        static QPointer<MainQueue> queue;
-        if (!queue)
-            queue = new MainQueue(QCoreApplication::instance());
-        return *queue;
+        current = this;
+    }
+    ~MainQueue() override { current = nullptr; }
+
+    /// The one of the application, which goes with it; none where there is no application.
+    static inline std::atomic<MainQueue *> current = nullptr;
+
+    /// Any thread. The work is handed over under a lock of our own, which the thread sanitizer sees; Qt's are unseen.
+    void post(std::function<void()> work)
+    {
+        {
+            const std::scoped_lock lock(m_mutex);
+            m_posted.push_back(std::move(work));
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
 
-    void take(std::function<void()> work)
+private:
+    /// There is one event for each piece of work.
+    void customEvent(QEvent * /*event*/) override
     {
-        m_waiting.push_back(std::move(work));
+        m_waiting.push_back(nextPosted());
         if (!m_isRoundComing)
             beginStretch();
         runStretch();
     }
 
-private:
-    using QObject::QObject;
+    std::function<void()> nextPosted()
+    {
+        const std::scoped_lock lock(m_mutex);
+        std::function<void()> work = std::move(m_posted.front());
+        m_posted.pop_front();
+        return work;
+    }
 
     static constexpr qint64 longestStretch = 8; // milliseconds: half a frame
 
@@ -73,19 +85,27 @@ private:
         }
     }
 
-    std::deque<std::function<void()>> m_waiting;
+    std::mutex m_mutex;
+    std::deque<std::function<void()>> m_posted; // guarded by the mutex
+    std::deque<std::function<void()>> m_waiting; // of the main thread
     QElapsedTimer m_stretch;
     bool m_isRoundComing = false;
 };
+
+void beginWithApplication()
+{
+    QCoreApplication *application = QCoreApplication::instance();
+    new MainQueue(application); // which owns it
+    QObject::connect(application, &QCoreApplication::aboutToQuit, [] { hasBegunToQuit = true; });
+}
+Q_COREAPP_STARTUP_FUNCTION(beginWithApplication)
 
 } // namespace
 
 void postToMain(std::function<void()> work)
 {
-    if (QCoreApplication *application = QCoreApplication::instance())
-        QMetaObject::invokeMethod(
-            application, [work = std::move(work)]() mutable { MainQueue::instance().take(std::move(work)); },
-            Qt::QueuedConnection);
+    if (MainQueue *queue = MainQueue::current)
+        queue->post(std::move(work));
 }
 
 bool isMainThread()
