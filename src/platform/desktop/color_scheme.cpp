@@ -27,7 +27,8 @@ const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Setting
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
 
-/// A window that waits for a slow portal still comes soon.
+/// A window that waits for a slow portal still comes soon. Counted from the first turn of the event loop: before, while
+/// the window is made, no answer can be heard.
 constexpr std::chrono::milliseconds longestWait(250);
 
 bool isPaletteDark()
@@ -55,7 +56,7 @@ ColorScheme::ColorScheme(const QString &busAddress, QObject *parent)
         m_isSettled = true;
         return;
     }
-    QTimer::singleShot(longestWait, this, [this] { m_isSettled = true; });
+    QTimer::singleShot(0, this, [this] { QTimer::singleShot(longestWait, this, [this] { m_isSettled = true; }); });
 
     auto *watcher = new QFutureWatcher<QDBusConnection>(this);
     connect(watcher, &QFutureWatcher<QDBusConnection>::finished, this, [this, watcher] {

@@ -33,7 +33,7 @@ public:
     bool isDark() const { return m_isDark; }
     bool hasReducedMotion() const { return m_hasReducedMotion; }
     /// Whether the desktop has been heard, or will not be waited for any longer: a window that is shown from now on
-    /// begins in the right colours. True a quarter of a second after the start at the latest.
+    /// begins in the right colours. True a quarter of a second after the event loop turns at the latest.
     bool isSettled() const { return m_isSettled; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;

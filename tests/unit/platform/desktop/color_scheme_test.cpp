@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 using Settings = QMap<QString, QVariantMap>;
 Q_DECLARE_METATYPE(Settings)
 
@@ -145,8 +147,22 @@ TEST_F(ColorSchemeTest, isSettledOnceThePortalHasAnswered)
     openPortal();
     ColorScheme scheme(address);
     EXPECT_FALSE(scheme.isSettled());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }, 200));
-    EXPECT_TRUE(scheme.isDark());
+    std::vector<bool> isDarkWhenSettled;
+    QObject::connect(&scheme, &ColorScheme::isSettledChanged, [&] { isDarkWhenSettled.push_back(scheme.isDark()); });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }));
+    EXPECT_EQ(isDarkWhenSettled, std::vector<bool>{true});
+}
+
+TEST_F(ColorSchemeTest, isSettledOnceThePortalHasAnsweredAlsoIfTheWindowTakesLongToBeMade)
+{
+    portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
+    openPortal();
+    ColorScheme scheme(address);
+    QTest::qSleep(1000);
+    std::vector<bool> isDarkWhenSettled;
+    QObject::connect(&scheme, &ColorScheme::isSettledChanged, [&] { isDarkWhenSettled.push_back(scheme.isDark()); });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }));
+    EXPECT_EQ(isDarkWhenSettled, std::vector<bool>{true});
 }
 
 TEST_F(ColorSchemeTest, isSettledAtOnceWithoutABus)
@@ -162,14 +178,11 @@ TEST_F(ColorSchemeTest, doesNotWaitForAPortalThatIsSilent)
     timer.start();
     {
         ColorScheme scheme(address);
-        EXPECT_LT(timer.elapsed(), 100);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }, 1000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }, 10000));
         EXPECT_GE(timer.elapsed(), 200) << "it is waited for, but not for long";
-        EXPECT_LT(timer.elapsed(), 500);
         EXPECT_FALSE(scheme.isDark());
-        timer.restart();
     }
-    EXPECT_LT(timer.elapsed(), 100);
+    EXPECT_LT(timer.elapsed(), 20000) << "who waits for the portal waits 25 seconds";
 }
 
 TEST_F(ColorSchemeTest, doesNotMindABusThatIsGone)
