@@ -4,8 +4,12 @@
 //   complain TEXT   the same on standard error
 //   arguments       writes the arguments, one a line
 //   print-input     writes what stands on standard input, or that there is nothing
+//   environment NAME  writes the variable's value
+//   folder          writes the working folder
 //   burst BYTES     writes so many bytes in lines of 64
 //   sleep MS        waits
+//   await PATH      waits until there is something at PATH
+//   await-reader    waits until all that was written has been read
 //   ignore-stop     ignores SIGTERM from now on
 //   close-output    closes both outputs
 //   grandchild MS   leaves a process behind that holds the outputs open for so long
@@ -17,9 +21,12 @@
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
+
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace {
@@ -54,6 +61,24 @@ void sleepFor(const std::string &milliseconds)
     std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(milliseconds)));
 }
 
+/// Ends the engine if it is in vain.
+template<typename Condition>
+void await(Condition condition)
+{
+    constexpr int mostMilliseconds = 60000;
+    for (int i = 0; !condition(); ++i) {
+        if (i == mostMilliseconds)
+            std::_Exit(97);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+bool isAllRead()
+{
+    int unread = 0;
+    return ioctl(STDOUT_FILENO, FIONREAD, &unread) == 0 && unread == 0;
+}
+
 void execute(const std::string &command, const std::string &operand, int argumentCount, char **arguments)
 {
     if (command == "print") {
@@ -66,6 +91,11 @@ void execute(const std::string &command, const std::string &operand, int argumen
     } else if (command == "print-input") {
         char byte = 0;
         writeAll(STDOUT_FILENO, read(STDIN_FILENO, &byte, 1) > 0 ? "input" : "no input");
+    } else if (command == "environment") {
+        const char *value = std::getenv(operand.c_str());
+        writeAll(STDOUT_FILENO, value ? value : "none");
+    } else if (command == "folder") {
+        writeAll(STDOUT_FILENO, std::filesystem::current_path().string());
     } else if (command == "burst") {
         const std::string line(63, 'x');
         std::string bytes;
@@ -74,6 +104,10 @@ void execute(const std::string &command, const std::string &operand, int argumen
         writeAll(STDOUT_FILENO, bytes.substr(0, std::stoul(operand)));
     } else if (command == "sleep") {
         sleepFor(operand);
+    } else if (command == "await") {
+        await([&operand] { return std::filesystem::exists(operand); });
+    } else if (command == "await-reader") {
+        await(isAllRead);
     } else if (command == "ignore-stop") {
         std::signal(SIGTERM, SIG_IGN);
     } else if (command == "close-output") {

@@ -30,6 +30,28 @@ public:
         return file.fileName();
     }
 
+    /// The command that holds a script up until the test opens the gate.
+    QByteArray awaitGate() const { return "await " + QFile::encodeName(gate()) + '\n'; }
+    void openGate() const { QFile(gate()).open(QIODevice::WriteOnly); }
+
+    /// Whether the engine runs now, be it on whatever file or on this one.
+    bool isAtWork(const QByteArray &audioPath = {}) const
+    {
+        const QByteArray engine = QFile::encodeName(enginePath());
+        const QDir processes(QStringLiteral("/proc"));
+        for (const QString &process : processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
+            QFile file(processes.filePath(process + QStringLiteral("/cmdline")));
+            if (!file.open(QIODevice::ReadOnly))
+                continue;
+            const QList<QByteArray> words = file.readAll().split('\0');
+            if (words.first() == engine && (audioPath.isEmpty() || words.contains(audioPath)))
+                return true;
+        }
+        return false;
+    }
+
 private:
+    QString gate() const { return m_folder.filePath(QStringLiteral("gate")); }
+
     QTemporaryDir m_folder;
 };

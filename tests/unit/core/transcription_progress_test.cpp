@@ -75,6 +75,25 @@ TEST(TranscriptionProgress, takesAQuoteInTheFileName)
     EXPECT_FALSE(audioDuration(u"processing 'a' (16000 samples, x sec)"));
 }
 
+TEST(TranscriptionProgress, takesALengthThatIsNoNumberForNone)
+{
+    auto progress = begun();
+    const QString tooLarge = u"processing 'a' (1 samples, "_qs + QString(400, u'9') + u" sec)\n"_qs;
+    progress.update(tooLarge + u"processing 'b' (1 samples, 30.0 sec)\n"_qs, start);
+    EXPECT_FALSE(progress.totalDuration) << "the first match wins all the same";
+    EXPECT_FALSE(progress.progress);
+}
+
+TEST(TranscriptionProgress, readsAHundredPercentOnlyWhenTheLastTimedLineReachesTheEnd)
+{
+    auto progress = begun();
+    const QString length = u"processing 'a' (480000 samples, 30.0 sec)\n"_qs;
+    progress.update(length + u"[00:00:00.000 --> 00:00:29.999] x\n"_qs, start);
+    EXPECT_EQ(progressText(progress.progress.value_or(-1)), u"Progress: 99%"_qs);
+    progress.update(length + u"[00:00:00.000 --> 00:00:30.000] x\n"_qs, start);
+    EXPECT_EQ(progressText(progress.progress.value_or(-1)), u"Progress: 100%"_qs);
+}
+
 TEST(TranscriptionProgress, isNeverOverOne)
 {
     auto progress = begun();
@@ -136,6 +155,21 @@ TEST(LastTimedEnd, isThatOfTheLastTimedLineAnywhere)
     EXPECT_EQ(lastTimedEnd(u"[00:00:00.000 --> 01:02:03.500] a [00:00:00.000 --> 00:00:04.250]"), 4.25);
     EXPECT_EQ(lastTimedEnd(u"[00:00:00.000 --> 00:00:04.250]\n[00:00:00.000 --> 00:00:09.2"), 4.25);
     EXPECT_EQ(lastTimedEnd(u"[00:00:00.000 --> 00:00:0٤.250]"), 0.0) << "a digit that is no number";
+}
+
+TEST(ProgressScanner, findsDigitsOfTwoUnitsThatComeUnitByUnit)
+{
+    const QString digit = u"\U0001D7D9"_qs; // a one that is no number in ASCII
+    QString line = u"[##:##:##.### --> ##:##:##.###]"_qs;
+    line.replace(u"#"_qs, digit);
+    ProgressScanner scanner;
+    QString output(100, u'x');
+    for (const QChar unit : line) {
+        output += unit;
+        const auto end = scanner.scan(output, output.size() - 1, 0).lastEnd;
+        ASSERT_EQ(end, lastTimedEnd(output));
+    }
+    EXPECT_EQ(lastTimedEnd(output), 0.0);
 }
 
 struct RemainingCase {

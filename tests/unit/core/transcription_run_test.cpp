@@ -8,6 +8,7 @@
 
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 using namespace sorvanta;
 
@@ -52,6 +53,7 @@ TEST_F(TranscriptionRunTest, isIdleAtFirst)
     EXPECT_EQ(run.etaText(), QString());
     EXPECT_EQ(run.remainingText(), u"Estimating…"_qs);
     EXPECT_FALSE(run.totalDuration());
+    EXPECT_FALSE(run.transcriptionStart());
     EXPECT_FALSE(run.hasShownText());
     EXPECT_FALSE(run.hasSegments());
     EXPECT_FALSE(run.isStatusShown());
@@ -76,7 +78,11 @@ TEST_F(TranscriptionRunTest, beginResetsEveryField)
     start(timedOutput);
     waitForEnd();
     run.setError(u"old"_qs);
+    const auto before = TranscriptionProgress::Clock::now();
     run.beginRun();
+    ASSERT_TRUE(run.transcriptionStart());
+    EXPECT_GE(*run.transcriptionStart(), before);
+    EXPECT_LE(*run.transcriptionStart(), TranscriptionProgress::Clock::now());
     EXPECT_TRUE(run.isTranscribing());
     EXPECT_EQ(run.transcript(), QString());
     EXPECT_EQ(run.rawOutput(), QString());
@@ -91,9 +97,24 @@ TEST_F(TranscriptionRunTest, beginResetsEveryField)
     EXPECT_FALSE(run.hasShownText());
 }
 
+TEST_F(TranscriptionRunTest, beginTakesTheWishToStopBackAndForgetsTheProcess)
+{
+    start("sleep 60000\n");
+    waitFor([this] { return run.hasActiveProcess(); });
+    run.stopRun();
+    ASSERT_TRUE(run.isStopping());
+    run.beginRun();
+    EXPECT_FALSE(run.isStopping());
+    EXPECT_FALSE(run.hasActiveProcess());
+    run.startBegun(QStringLiteral("/a.wav"), bundle.script("print [x] text%0A\n"), QStringLiteral("auto"));
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Done"_qs) << "the new run knows nothing of the earlier wish";
+    EXPECT_EQ(run.transcript(), u"text"_qs);
+}
+
 TEST_F(TranscriptionRunTest, followsTheOutputAndEndsDone)
 {
-    start(timedOutput + "sleep 400\nprint [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n");
+    start(timedOutput + bundle.awaitGate() + "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n");
     EXPECT_TRUE(run.isTranscribing());
     waitFor([this] { return run.hasProgress() && run.progressOrZero() > 0; });
     EXPECT_EQ(run.progress(), 0.5);
@@ -105,6 +126,7 @@ TEST_F(TranscriptionRunTest, followsTheOutputAndEndsDone)
     EXPECT_FALSE(run.isStatusShown()) << "the progress row speaks for it";
     EXPECT_TRUE(events.isEmpty());
 
+    bundle.openGate();
     waitForEnd();
     EXPECT_EQ(run.status(), u"Done"_qs);
     EXPECT_TRUE(run.isStatusShown());
@@ -157,9 +179,20 @@ TEST_F(TranscriptionRunTest, aStopEndsAsCancelledAndKeepsThePartialText)
     EXPECT_EQ(events, QStringList{u"remove"_qs});
 }
 
+TEST_F(TranscriptionRunTest, aStopLeavesAnErrorThatStandsAsItIs)
+{
+    start("print x%0A\nsleep 60000\n");
+    waitFor([this] { return !run.rawOutput().isEmpty(); });
+    run.setError(u"said meanwhile"_qs);
+    run.stopRun();
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Cancelled"_qs);
+    EXPECT_EQ(run.error(), u"said meanwhile"_qs);
+}
+
 TEST_F(TranscriptionRunTest, aStopPressedTwiceHasNoSecondEffect)
 {
-    start("ignore-stop\nprint x%0A\nsleep 500\n");
+    start("ignore-stop\nprint x%0A\n" + bundle.awaitGate());
     waitFor([this] { return !run.rawOutput().isEmpty(); });
     run.stopRun();
     run.setStatus(u"marked"_qs);
@@ -167,6 +200,7 @@ TEST_F(TranscriptionRunTest, aStopPressedTwiceHasNoSecondEffect)
     run.stopRun();
     EXPECT_EQ(statusSpy.count(), 0);
     EXPECT_EQ(run.status(), u"marked"_qs);
+    bundle.openGate();
     waitForEnd();
     EXPECT_EQ(run.status(), u"Cancelled"_qs);
 }
@@ -210,12 +244,13 @@ TEST_F(TranscriptionRunTest, anErrorIsShownWithoutTheLineEndsBehindIt)
 
 TEST_F(TranscriptionRunTest, aTranscriptClearedInMidRunComesBackAtItsEnd)
 {
-    start(timedOutput + "sleep 300\n");
+    start(timedOutput + bundle.awaitGate());
     waitFor([this] { return run.transcript() == u"- One"_qs; });
     QSignalSpy changed(&run, &TranscriptionRun::transcriptChanged);
     run.clearTranscript();
     EXPECT_EQ(run.transcript(), QString());
     EXPECT_EQ(changed.count(), 1);
+    bundle.openGate();
     waitForEnd();
     EXPECT_EQ(run.transcript(), u"- One"_qs);
     EXPECT_EQ(changed.count(), 2);
@@ -288,53 +323,52 @@ TEST_F(TranscriptionRunTest, aClearedTranscriptLeavesTheOutputOnShow)
     EXPECT_EQ(run.displayedTranscript(), u"- One"_qs);
 }
 
+const TranscriptionRun::Hooks noHooks{.removeTemporaries = [] {}, .saveToHistory = [] {}};
+
 TEST(TranscriptionRun, destroyedInMidRunEndsItsEngine)
 {
     FakeEngineBundle bundle;
-    QElapsedTimer timer;
-    timer.start();
     {
-        TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
-        run.start(QStringLiteral("/a.wav"), bundle.script("print x%0A\nsleep 20000\n"), QString());
-        ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 10000));
+        TranscriptionRun run({bundle.resourceFolder(), false}, noHooks);
+        run.start(QStringLiteral("/a.wav"), bundle.script("print x%0A\nsleep 60000\n"), QString());
+        ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 20000));
+        ASSERT_TRUE(bundle.isAtWork());
     }
-    EXPECT_LT(timer.elapsed(), 8000);
+    EXPECT_TRUE(QTest::qWaitFor([&bundle] { return !bundle.isAtWork(); }, 20000));
 }
 
 TEST(TranscriptionRun, destroyedBeforeTheMainLoopRanEndsItsEngine)
 {
     FakeEngineBundle bundle;
-    QElapsedTimer timer;
-    timer.start();
     {
-        TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
-        run.start(QStringLiteral("/a.wav"), bundle.script("sleep 20000\n"), QString());
+        TranscriptionRun run({bundle.resourceFolder(), false}, noHooks);
+        run.start(QStringLiteral("/a.wav"), bundle.script("sleep 60000\n"), QString());
     }
-    EXPECT_LT(timer.elapsed(), 1500) << "asked to end, the engine ends at once";
+    const auto isWorkerFree = [] { return QThreadPool::globalInstance()->activeThreadCount() == 0; };
+    EXPECT_TRUE(QTest::qWaitFor(isWorkerFree, 20000));
+    EXPECT_FALSE(bundle.isAtWork());
 }
 
 TEST(TranscriptionRun, destroyedKillsEnginesThatIgnoreTheStopAlsoEarlierOnes)
 {
     FakeEngineBundle bundle;
-    QElapsedTimer timer;
-    timer.start();
     {
-        TranscriptionRun run({bundle.resourceFolder(), false}, {.removeTemporaries = [] {}, .saveToHistory = [] {}});
-        const QString script = bundle.script("ignore-stop\nprint x%0A\nsleep 20000\n");
-        for (int i = 0; i < 2; ++i) {
-            run.start(QStringLiteral("/a.wav"), script, QString());
-            ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 10000));
+        TranscriptionRun run({bundle.resourceFolder(), false}, noHooks);
+        const QString script = bundle.script("ignore-stop\nprint x%0A\nsleep 60000\n");
+        for (const QString &audio : {QStringLiteral("/a.wav"), QStringLiteral("/b.wav")}) {
+            run.start(audio, script, QString());
+            ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 20000));
         }
+        ASSERT_TRUE(bundle.isAtWork("/a.wav") && bundle.isAtWork("/b.wav"));
     }
-    EXPECT_LT(timer.elapsed(), 8000);
+    EXPECT_TRUE(QTest::qWaitFor([&bundle] { return !bundle.isAtWork(); }, 20000));
 }
 
 TEST(TranscriptionRun, twoAtOnceDoNotKnowOfEachOther)
 {
     FakeEngineBundle bundle;
-    const TranscriptionRun::Hooks none{.removeTemporaries = [] {}, .saveToHistory = [] {}};
-    TranscriptionRun first({bundle.resourceFolder(), false}, none);
-    TranscriptionRun second({bundle.resourceFolder(), false}, none);
+    TranscriptionRun first({bundle.resourceFolder(), false}, noHooks);
+    TranscriptionRun second({bundle.resourceFolder(), false}, noHooks);
     first.start(QStringLiteral("/a"), bundle.script("print [x] a%0A\nsleep 20000\n", u"a"_qs), QString());
     second.start(QStringLiteral("/b"), bundle.script("print [x] b%0A\nsleep 300\n", u"b"_qs), QString());
     ASSERT_TRUE(QTest::qWaitFor([&] { return first.hasActiveProcess() && !second.isTranscribing(); }, 10000));
