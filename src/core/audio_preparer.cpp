@@ -102,7 +102,7 @@ std::optional<QString> AudioPreparer::convertToWav(const QString &path, const QS
     bool hasSucceeded = false;
     try {
         const std::shared_ptr<AudioCopy> copy = std::make_shared<AudioCopy>(path);
-        copy->startReading(m_settings.wav);
+        copy->startReading(m_settings.wavSettings);
         copy->startWriting(output);
         hasSucceeded = AudioCopy::run(copy, queueLabel, m_settings.wavLimit) && copy->isWhole();
     } catch (const std::exception &) {
@@ -123,7 +123,7 @@ QString AudioPreparer::convertForMeeting(const QString &path) const
     const std::shared_ptr<AudioCopy> copy = openMeeting(path);
     const QString output = newTemporaryPath(u"meeting-transcribe-"_qs, u"wav"_qs);
     QFile::remove(output);
-    startMeeting(*copy, m_settings.wav, output);
+    startMeeting(*copy, m_settings.wavSettings, output);
     AudioCopy::run(copy, u"MeetingRecorder.convert"_qs, m_settings.meetingLimit);
     if (copy->writerStatus() != AudioWriter::Status::Completed) {
         const QString description = copy->writerErrorDescription();

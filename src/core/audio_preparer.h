@@ -17,7 +17,8 @@ namespace sorvanta {
 class AudioPreparer {
 public:
     struct Settings {
-        AudioFileSettings wav = {AudioFileSettings::Container::Wav, 16000, 1, 0};
+        /// What goes to the engine: 16 kHz, mono, 16 bits, signed, little-endian.
+        AudioFileSettings wavSettings = {AudioFileSettings::Container::Wav, 16000, 1, 0};
         std::chrono::milliseconds wavLimit = std::chrono::seconds(120);
         std::chrono::milliseconds meetingLimit = std::chrono::seconds(60);
         std::chrono::milliseconds exportLimit = std::chrono::seconds(120);

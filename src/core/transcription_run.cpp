@@ -144,8 +144,7 @@ void TranscriptionRun::clearOutput()
 
 QString TranscriptionRun::displayedTranscript() const
 {
-    const QString text = rawOutput().isEmpty() ? transcript() : m_output.transcript();
-    return sorvanta::displayedTranscript({}, text, stripDashes());
+    return sorvanta::displayedTranscript({}, m_output.transcript(), stripDashes());
 }
 
 void TranscriptionRun::setStripDashes(bool stripDashes)

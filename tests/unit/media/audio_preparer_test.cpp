@@ -249,10 +249,10 @@ TEST(ConvertForMeeting, anImpossibleOutputIsToldByItsCode)
     MediaFolder folder;
     const QString source = folder.make(u"a.m4a"_qs, sound);
     AudioPreparer::Settings settings;
-    settings.wav = {AudioFileSettings::Container::M4a, 12345, 1, 0};
+    settings.wavSettings = {AudioFileSettings::Container::M4a, 12345, 1, 0};
     EXPECT_EQ(meetingError(AudioPreparer(TemporaryFiles(), settings), source),
               u"MeetingRecorder 203 Cannot prepare WAV writer."_qs);
-    settings.wav = {AudioFileSettings::Container::Wav, 0, 1, 0};
+    settings.wavSettings = {AudioFileSettings::Container::Wav, 0, 1, 0};
     EXPECT_EQ(meetingError(AudioPreparer(TemporaryFiles(), settings), source),
               u"MeetingRecorder 202 Cannot read audio for conversion."_qs);
 }
