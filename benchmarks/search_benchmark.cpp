@@ -4,7 +4,7 @@
 
 #include "core/live_transcript.h"
 #include "core/transcript_lines_model.h"
-#include "core/transcript_search_state.h"
+#include "core/transcript_search.h"
 #include "support/search_reference.h"
 
 #include <QCoreApplication>

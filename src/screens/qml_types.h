@@ -5,7 +5,7 @@
 #include "core/log_lines_model.h"
 #include "core/run_state.h"
 #include "core/transcript_lines_model.h"
-#include "core/transcript_search_state.h"
+#include "core/transcript_search.h"
 #include "core/transcription_run.h"
 #include "export/export_menu.h"
 #include "models/model_choice.h"

@@ -3,7 +3,7 @@
 #include "app/viewer/transcript_font_choice.h"
 #include "app/viewer/transcript_rows.h"
 #include "app/viewer/transcript_window_model.h"
-#include "core/transcript_search_state.h"
+#include "core/transcript_search.h"
 
 #include <QObject>
 #include <QStringList>

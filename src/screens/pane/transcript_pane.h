@@ -3,7 +3,7 @@
 #include "app/viewer/transcript_viewer.h"
 #include "core/log_lines_model.h"
 #include "core/transcript_counter.h"
-#include "core/transcript_search_state.h"
+#include "core/transcript_search.h"
 
 #include <QAbstractItemModel>
 #include <QList>

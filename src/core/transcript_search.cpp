@@ -1,4 +1,4 @@
-#include "core/transcript_search_state.h"
+#include "core/transcript_search.h"
 
 #include "platform/unicode_text.h"
 

@@ -1,7 +1,7 @@
 #include "core/live_transcript.h"
 #include "core/text_lines.h"
 #include "core/transcript_lines_model.h"
-#include "core/transcript_search_state.h"
+#include "core/transcript_search.h"
 #include "core/transcript_text.h"
 
 #include "support/printing.h"
