@@ -201,6 +201,20 @@ TEST_F(BatchRunTest, theEngineIsHandedFileModelAndLanguage)
     EXPECT_TRUE(result(0).rawOutput().endsWith(u"-l\nauto\n"_qs));
 }
 
+TEST_F(BatchRunTest, theCommandOfEachFileIsPrintedAndWhatTheEngineSays)
+{
+    const QString model = bench.installModel(u"ggml-base.bin"_qs, "print words\n");
+    screen->appear();
+    choose({u"/music/a.wav"_qs, u"/music/b.wav"_qs});
+    testing::internal::CaptureStdout();
+    screen->start();
+    waitForEnd();
+    const QString command = u"Running command:\n\"%1\" \"-m\" \"%2\" \"-f\" \"%3\" \"-l\" \"auto\"\nwords\n"_qs;
+    const QString engine = bench.engine.enginePath();
+    EXPECT_EQ(QString::fromStdString(testing::internal::GetCapturedStdout()),
+              command.arg(engine, model, u"/music/a.wav"_qs) + command.arg(engine, model, u"/music/b.wav"_qs));
+}
+
 TEST_F(BatchRunTest, theConvertedFilesGoAtTheEndOfTheBatchTheUsersOwnStay)
 {
     const QString first = movie(u"a.mp4"_qs);
