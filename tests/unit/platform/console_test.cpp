@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QElapsedTimer>
-
 #include <array>
 #include <csignal>
 #include <string>
@@ -67,10 +65,7 @@ TEST_F(ConsoleTest, writesAllToAReader)
 TEST_F(ConsoleTest, dropsTheRestWhereNobodyReads)
 {
     const std::string text(1'000'000, 'x');
-    QElapsedTimer timer;
-    timer.start();
     printOnConsole({text.data(), static_cast<qsizetype>(text.size())});
-    EXPECT_LT(timer.elapsed(), 5000);
     EXPECT_LT(readAll().size(), text.size());
 }
 
