@@ -1,11 +1,14 @@
 #include "app/content_view.h"
 #include "app/style/look.h"
 #include "platform/desktop/file_panels.h"
+#include "platform/desktop/single_instance.h"
 #include "platform/folders.h"
+#include "platform/termination.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QQmlApplicationEngine>
+#include <QWindow>
 #include <QtQml/qqmlextensionplugin.h>
 
 #include <csignal>
@@ -16,6 +19,17 @@ Q_IMPORT_QML_PLUGIN(Sorvanta_AppPlugin)
 
 using namespace sorvanta;
 
+namespace {
+
+void bringToFront(QWindow *window)
+{
+    window->setWindowStates(window->windowStates() & ~Qt::WindowMinimized);
+    window->raise();
+    window->requestActivate();
+}
+
+} // namespace
+
 int main(int argumentCount, char **arguments)
 {
     // What the engine prints goes to standard output, and a reader who leaves must not end the application.
@@ -25,6 +39,10 @@ int main(int argumentCount, char **arguments)
     QApplication::setOrganizationName(QStringLiteral("Sorvanta"));
     QApplication::setApplicationName(QStringLiteral("Sorvanta"));
     QApplication::setDesktopFileName(QStringLiteral("sorvanta"));
+    const SingleInstance instance;
+    if (instance.isSecond())
+        return 0;
+    quitOnTermination();
     applyLook();
 
     // Declared before the engine: the views look at these until the very end.
@@ -34,5 +52,9 @@ int main(int argumentCount, char **arguments)
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     engine.setInitialProperties({{QStringLiteral("content"), QVariant::fromValue(&content)}});
     engine.load(QUrl(QStringLiteral("qrc:/qt/qml/Sorvanta/App/Main.qml")));
-    return engine.rootObjects().isEmpty() ? 1 : QApplication::exec();
+    if (engine.rootObjects().isEmpty())
+        return 1;
+    auto *const window = qobject_cast<QWindow *>(engine.rootObjects().constFirst());
+    QObject::connect(&instance, &SingleInstance::activated, window, [window] { bringToFront(window); });
+    return QApplication::exec();
 }

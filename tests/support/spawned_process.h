@@ -57,6 +57,8 @@ public:
         }
     }
 
+    pid_t id() const { return m_process; }
+
     /// The next line that the child prints, without its end; waits for it. Empty if the child ends before.
     std::string readLine() const
     {
