@@ -2,8 +2,9 @@
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
-#include <QSignalSpy>
 #include <QTest>
+
+#include <gmock/gmock.h>
 
 namespace sorvanta {
 
@@ -47,6 +48,14 @@ TEST_F(Sidebar, isAListOfSevenNamedRowsForAScreenReader)
         EXPECT_EQ(row(index)->text(QAccessible::Name), sections()[index].toMap()["label"].toString());
         EXPECT_EQ(row(index)->state().selected, index == 0);
     }
+}
+
+TEST_F(Sidebar, saysItsWordsInOrder)
+{
+    EXPECT_THAT(spokenWords(accessible(window.get())),
+                testing::ElementsAre("Sorvanta", "Sections", "Transcript Audio From File", "Record Audio to Transcript",
+                                     "Record Meeting (System Audio)", "Batch Processing", "History", "Models Settings",
+                                     "Help", "Version 1.0 (1)"));
 }
 
 TEST_F(Sidebar, isPressedByAScreenReader)
@@ -96,8 +105,10 @@ TEST_F(Sidebar, losesItsSelectionToAClickWithControl)
 TEST_F(Sidebar, showsTheVersionAtTheBottom)
 {
     EXPECT_EQ(item("version")->property("text").toString(), "Version 1.0 (1)");
-    EXPECT_EQ(item("version")->property("leftPadding").toInt(), 12);
-    EXPECT_EQ(item("version")->property("topPadding").toInt(), 4);
+    for (const char *side : {"leftPadding", "rightPadding"})
+        EXPECT_EQ(item("version")->property(side).toInt(), 12) << side;
+    for (const char *side : {"topPadding", "bottomPadding"})
+        EXPECT_EQ(item("version")->property(side).toInt(), 4) << side;
 }
 
 TEST_F(Sidebar, showsTheRingOnlyToTheKeyboard)

@@ -4,6 +4,7 @@
 //   select ROW      selects a row of the sidebar, -1 for none
 //   language ROW    picks a language on the file screen
 //   language?       prints the language of the file screen
+//   models?         prints the models that the four screens that transcribe have chosen
 //   signals         prints how often acceptance and selection were announced so far
 //   vanish          ends at once, without any tidying up
 //   quit            quits as the button does, within a running application
@@ -26,6 +27,19 @@ void printState(const ContentView &content)
 {
     std::cout << (content.hasAcceptedPolicies() ? "accepted" : "not accepted") << ", row " << content.selectedIndex()
               << ", " << (content.detail() ? "screens" : "no screens") << std::endl;
+}
+
+template<typename Screen>
+QString chosenModel(Screen *screen)
+{
+    return screen->model()->selectedModelID().value_or(QStringLiteral("none"));
+}
+
+void printModels(DetailView &detail)
+{
+    const QStringList chosen{chosenModel(detail.fileScreen()), chosenModel(detail.microphoneScreen()),
+                             chosenModel(detail.meetingScreen()), chosenModel(detail.batchScreen())};
+    std::cout << chosen.join(u' ').toStdString() << std::endl;
 }
 
 } // namespace
@@ -54,6 +68,8 @@ int main(int argumentCount, char **arguments)
             content.detail()->fileScreen()->language()->choose(steps[++i].toInt());
         else if (step == QStringLiteral("language?"))
             std::cout << content.detail()->fileScreen()->language()->language().toStdString() << std::endl;
+        else if (step == QStringLiteral("models?"))
+            printModels(*content.detail());
         else if (step == QStringLiteral("signals"))
             std::cout << accepted << " " << selected << std::endl;
         else if (step == QStringLiteral("vanish"))

@@ -65,6 +65,16 @@ TEST_F(ContentViewRuns, acceptanceMakesTheScreensAndTheirFoldersAtOnce)
     EXPECT_EQ(userDefaults(), "[General]\nhasAcceptedPolicies=true\n");
 }
 
+TEST_F(ContentViewRuns, everyScreenThatTranscribesChoosesItsModelBeforeItIsEverSelected)
+{
+    EXPECT_THAT(run({"accept", "models?"}), ElementsAre("none none none none"));
+    for (const char *name : {"ggml-small.bin", "ggml-base.bin"}) {
+        QFile file(dataFolder() + "/Sorvanta/Models/" + name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    EXPECT_THAT(run({"models?"}), ElementsAre("base base base base"));
+}
+
 TEST_F(ContentViewRuns, acceptanceIsAskedForOnlyOnce)
 {
     run({"accept"});

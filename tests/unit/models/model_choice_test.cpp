@@ -78,6 +78,7 @@ TEST_F(ModelChoiceTest, fallsToTheFirstModelLeftAndThenToNone)
     EXPECT_EQ(choice.selectedModelID(), u"tiny"_qs) << "by the notification alone";
     models.deleteLocalCopy(modelCatalogue()[5]);
     EXPECT_FALSE(choice.selectedModelID());
+    EXPECT_TRUE(choice.hint().startsWith(u"No models downloaded. "_qs));
 }
 
 TEST_F(ModelChoiceTest, takesUpAModelThatComes)

@@ -133,6 +133,33 @@ TEST_F(ModelsSettingsViewModelTest, aFileThatCannotBeRemovedBecomesAFailureUntil
     EXPECT_TRUE(isNotDownloaded(models.status(model(QStringLiteral("tiny")))));
 }
 
+TEST_F(ModelsSettingsViewModelTest, aRefreshThatFindsTheFileEndsAFailure)
+{
+    QDir().mkpath(modelsFolder() + QStringLiteral("/ggml-tiny.bin/full"));
+    ModelsSettingsViewModel models(folder.path());
+    models.deleteLocalCopy(model(QStringLiteral("tiny")));
+    ASSERT_TRUE(std::holds_alternative<ModelStatus::Failed>(models.status(model(QStringLiteral("tiny")))));
+    models.refreshStatuses();
+    EXPECT_TRUE(isDownloaded(models.status(model(QStringLiteral("tiny")))));
+}
+
+TEST_F(ModelsSettingsViewModelTest, deletingAFailedModelEndsTheFailureWhetherItsFileIsThereOrNot)
+{
+    const QString inTheWay = modelsFolder() + QStringLiteral("/ggml-tiny.bin/full");
+    for (const bool isFileThere : {true, false}) {
+        QDir().mkpath(inTheWay);
+        ModelsSettingsViewModel models(folder.path());
+        models.deleteLocalCopy(model(QStringLiteral("tiny")));
+        ASSERT_TRUE(std::holds_alternative<ModelStatus::Failed>(models.status(model(QStringLiteral("tiny")))));
+        QDir(modelsFolder() + QStringLiteral("/ggml-tiny.bin")).removeRecursively();
+        if (isFileThere)
+            makeFile(QStringLiteral("ggml-tiny.bin"));
+        models.deleteLocalCopy(model(QStringLiteral("tiny")));
+        EXPECT_TRUE(isNotDownloaded(models.status(model(QStringLiteral("tiny")))));
+        EXPECT_FALSE(QFile::exists(modelsFolder() + QStringLiteral("/ggml-tiny.bin")));
+    }
+}
+
 TEST_F(ModelsSettingsViewModelTest, withoutAFolderForDataNothingIsDownloaded)
 {
     ModelsSettingsViewModel models(std::nullopt);
