@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <functional>
 #include <new>
 
 #include <fcntl.h>
@@ -54,8 +55,8 @@ void copyWithinTheSystem(int source, int destination)
     while (::copy_file_range(source, nullptr, destination, nullptr, most, 0) > 0) { }
 }
 
-/// Copies what is left of the source. @return whether it could be written
-bool copyTheRest(const QString &path, int source, int destination)
+/// Hands on what is left of the source, piece by piece. @return whether `take` took all of it
+bool readTheRest(const QString &path, int source, const std::function<bool(QByteArrayView)> &take)
 {
     QByteArray piece(1 << 18, Qt::Uninitialized);
     for (;;) {
@@ -64,9 +65,18 @@ bool copyTheRest(const QString &path, int source, int destination)
             throw readingError(path, errno);
         if (count == 0)
             return true;
-        if (!writeAll(destination, QByteArrayView(piece).first(count)))
+        if (!take(QByteArrayView(piece).first(count)))
             return false;
     }
+}
+
+/// Opens the source of a copy.
+FileDescriptor openedForCopying(const QString &source, const QString &destination)
+{
+    struct stat status;
+    if (itemIsMissing(source))
+        throw copyingError(source, destination, ENOENT);
+    return openedForReading(source, status);
 }
 
 /// All bytes of an open file. The size is a guess: the file may grow or shrink, and some tell none.
@@ -132,10 +142,7 @@ void writeFileAtomically(const QString &path, QByteArrayView bytes, FileAccess a
 
 void copyFile(const QString &source, const QString &destination, FileAccess access)
 {
-    struct stat status;
-    if (itemIsMissing(source))
-        throw copyingError(source, destination, ENOENT);
-    const FileDescriptor input = openedForReading(source, status);
+    const FileDescriptor input = openedForCopying(source, destination);
     const QByteArray target = encodedPath(destination);
     FileDescriptor output =
         opened(target, O_WRONLY | O_CREAT | O_EXCL, access == FileAccess::Usual ? usualFileMode : privateFileMode);
@@ -144,10 +151,22 @@ void copyFile(const QString &source, const QString &destination, FileAccess acce
     UnfinishedFile unfinished(target);
     const FileDescriptor folder = opened(folderOf(target), O_RDONLY | O_DIRECTORY);
     copyWithinTheSystem(input.number(), output.number());
-    if (!folder.isOpen() || !copyTheRest(source, input.number(), output.number()) || ::fsync(output.number()) != 0
+    const auto take = [&output](QByteArrayView piece) { return writeAll(output.number(), piece); };
+    if (!folder.isOpen() || !readTheRest(source, input.number(), take) || ::fsync(output.number()) != 0
         || !output.close() || !flushFolder(folder.number()))
         throw copyingError(source, destination, errno);
     unfinished.keep();
+}
+
+void replaceByCopy(const QString &source, const QString &destination, FileAccess access)
+{
+    const FileDescriptor input = openedForCopying(source, destination);
+    AtomicFile output(destination, access);
+    readTheRest(source, input.number(), [&output](QByteArrayView piece) {
+        output.write(piece);
+        return true;
+    });
+    output.commit();
 }
 
 void makeFolder(const QString &path)

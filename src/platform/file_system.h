@@ -34,6 +34,10 @@ void writeFileAtomically(const QString &path, QByteArrayView bytes, FileAccess a
 /// count. After a failure nothing of the copy is left.
 void copyFile(const QString &source, const QString &destination, FileAccess access = FileAccess::Private);
 
+/// Copies the file at `source` to `destination`, where something may lie: it is replaced as writeFileAtomically()
+/// replaces a file. Memory does not grow with the file.
+void replaceByCopy(const QString &source, const QString &destination, FileAccess access = FileAccess::Private);
+
 /// Makes the folder at `path` and those above it that are missing.
 void makeFolder(const QString &path);
 

@@ -167,13 +167,9 @@ void TranscriptionScreen::copySource(const QString &destination, const std::func
     if (!path)
         return;
     try {
-        // To save the recording in its own place must not remove it.
-        if (!isSameItem(*path, destination)) {
-            // One that went meanwhile must not take with it what it was to replace.
-            if (itemExists(*path) && itemExists(destination))
-                removeItem(destination);
-            copyFile(*path, destination, FileAccess::Usual);
-        }
+        // Its own place may be that of a recording that goes on.
+        if (!isSameItem(*path, destination))
+            replaceByCopy(*path, destination, FileAccess::Usual);
         setStatus(QStringLiteral("Saved recording to ") + lastPathComponent(destination));
     } catch (const Error &failure) {
         m_run.setError(QStringLiteral("Could not save recording: ") + failure.localizedDescription());

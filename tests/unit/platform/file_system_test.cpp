@@ -331,6 +331,51 @@ TEST_F(FileSystem, copiesWhatTheSystemDoesNotCopyByItself)
     EXPECT_TRUE(readFile(path("c")).contains("platform_test"));
 }
 
+TEST_F(FileSystem, replacesAFileByACopyOfAnother)
+{
+    const QByteArray bytes = QByteArray("0123456789").repeated(100'000);
+    put("a.wav", bytes);
+    put("b.wav", "older");
+    replaceByCopy(path("a.wav"), path("b.wav"));
+    replaceByCopy(path("a.wav"), path("c.wav"));
+    for (const char *name : {"a.wav", "b.wav", "c.wav"})
+        EXPECT_EQ(readFile(path(name)), bytes) << name;
+    EXPECT_EQ(modeOf(path("c.wav")), 0600);
+    EXPECT_EQ(names(), (QStringList{"a.wav", "b.wav", "c.wav"}));
+}
+
+TEST_F(FileSystem, givesACopyThatReplacesAFileItsPermissions)
+{
+    writeFileAtomically(path("a"), "private");
+    put("b", "older");
+    QFile::setPermissions(path("b"), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
+    replaceByCopy(path("a"), path("b"), FileAccess::Usual);
+    replaceByCopy(path("a"), path("c"), FileAccess::Usual);
+    EXPECT_EQ(modeOf(path("b")), 0640);
+    EXPECT_EQ(modeOf(path("c")), 0644);
+}
+
+TEST_F(FileSystem, leavesWhatACopyWasToReplaceIfTheCopyFails)
+{
+    put("a.wav", "sound");
+    put("b.wav", "older");
+    QDir(folder.path()).mkpath("full/inner");
+    const QStringList before = names();
+    EXPECT_EQ(failureOf([&] { replaceByCopy(path("gone.wav"), path("b.wav")); }),
+              "4 “gone.wav” couldn’t be copied to “" + folderName()
+                  + "” because either the former doesn’t exist, or the folder containing the latter doesn’t exist.");
+    EXPECT_EQ(failureOf([&] { replaceByCopy(path("full"), path("b.wav")); }),
+              "256 The file “full” couldn’t be opened.");
+    EXPECT_EQ(failureOf([&] { replaceByCopy("/proc/self/mem", path("b.wav")); }),
+              "256 The file “mem” couldn’t be opened.");
+    EXPECT_EQ(readFile(path("b.wav")), "older");
+    EXPECT_EQ(failureOf([&] { replaceByCopy(path("a.wav"), path("gone/c.wav")); }),
+              "4 The folder “gone” doesn’t exist.");
+    EXPECT_EQ(failureOf([&] { replaceByCopy(path("a.wav"), path("full")); }),
+              "512 The file “full” couldn’t be saved in the folder “" + folderName() + "”.");
+    EXPECT_EQ(names(), before);
+}
+
 TEST_F(FileSystem, movesAFileOverAnother)
 {
     put("new", "n");
