@@ -4,6 +4,7 @@
 #include "support/cramped_folder.h"
 
 #include <QClipboard>
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -34,16 +35,8 @@ TEST_F(FileScreenChoice, beginsWithoutAFileAndWithAutoDetection)
     EXPECT_EQ(screen->language()->language(), u"auto"_qs);
     EXPECT_EQ(screen->startLabel(), u"Transcribe"_qs);
     EXPECT_FALSE(screen->canStart());
-    EXPECT_FALSE(run().isTranscribing());
-    EXPECT_FALSE(run().isStopping());
-    EXPECT_FALSE(run().hasActiveProcess());
-    EXPECT_EQ(run().transcript(), QString());
-    EXPECT_EQ(run().rawOutput(), QString());
-    EXPECT_EQ(run().status(), QString());
-    EXPECT_FALSE(run().error());
-    EXPECT_FALSE(run().progress());
-    EXPECT_EQ(run().etaText(), QString());
-    EXPECT_FALSE(run().totalDuration());
+    expectNoTraceOfARun(run());
+    EXPECT_FALSE(run().transcriptionStart());
     EXPECT_FALSE(run().stripDashes());
     EXPECT_EQ(statuses, QStringList());
 }
@@ -140,6 +133,16 @@ TEST_F(FileScreenChoice, aFileThatIsNotOnThisMachineIsRefused)
     const QList<QUrl> dropped{QUrl(u"https://example.invalid/a.mp3"_qs)};
     EXPECT_FALSE(screen->acceptsDrop(dropped, {u"text/uri-list"_qs}));
     EXPECT_FALSE(screen->dropFiles(dropped));
+}
+
+TEST_F(FileScreenChoice, aFolderIsRefusedWhateverItsName)
+{
+    const QString folder = bench.file(u"album.mp3"_qs);
+    ASSERT_TRUE(QDir().mkpath(folder));
+    EXPECT_FALSE(screen->acceptsDrop(files({folder}), {u"text/uri-list"_qs}));
+    EXPECT_FALSE(screen->dropFiles(files({folder})));
+    EXPECT_TRUE(screen->dropFiles(files({folder, u"/d/song.mp3"_qs})));
+    EXPECT_EQ(screen->selectedFile(), u"/d/song.mp3"_qs);
 }
 
 TEST_F(FileScreenChoice, knowsTheDataThatItTakes)

@@ -57,6 +57,19 @@ TEST_F(FileScreenRun, handsOnFileModelAndLanguage)
     EXPECT_EQ(run().rawOutput(), u"-m\n%1\n-f\n/music/a talk.wav\n-l\nde\n"_qs.arg(model));
 }
 
+TEST_F(FileScreenRun, theModelIsTheOneOfThePressAndTheLanguageTheOneAfterThePreparation)
+{
+    const QString base = bench.installModel(u"ggml-base.bin"_qs, "arguments\n");
+    bench.installModel(u"ggml-small.bin"_qs, "arguments\n");
+    screen->appear();
+    choose(u"/music/a.wav"_qs);
+    screen->start();
+    screen->model()->choose(1);
+    screen->language()->setLanguage(u"fr"_qs);
+    waitForStatus(u"Done"_qs);
+    EXPECT_EQ(run().rawOutput(), u"-m\n%1\n-f\n/music/a.wav\n-l\nfr\n"_qs.arg(base));
+}
+
 TEST_F(FileScreenRun, convertsAMovieAndRemovesWhatItMade)
 {
     const QString movie = bench.file(u"talk.mp4"_qs);
