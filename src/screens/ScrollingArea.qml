@@ -2,8 +2,6 @@ import QtQuick
 
 // Something that scrolls as a whole. What has the focus is kept in sight.
 Flickable {
-    id: area
-
     readonly property int revealMargin: 16 // around what is brought into sight
     readonly property Item focusedItem: Window.activeFocusItem
 

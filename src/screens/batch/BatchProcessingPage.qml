@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import Sorvanta.Style
 import Sorvanta.Screens
 

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import Sorvanta.Style
 import Sorvanta.Screens
 
@@ -27,30 +26,10 @@ ScrollingPage {
         height: 16
     }
 
-    Card {
+    ModelAndLanguageCard {
         width: parent.width
-        height: form.height
-
-        Column {
-            id: form
-
-            x: 16
-            width: parent.width - 32
-
-            ModelPickerRow {
-                width: parent.width
-                choice: page.view.model
-            }
-
-            Hairline {
-                width: parent.width
-            }
-
-            LanguagePickerRow {
-                width: parent.width
-                choice: page.view.language
-            }
-        }
+        model: page.view.model
+        language: page.view.language
     }
 
     Item {
@@ -86,37 +65,12 @@ ScrollingPage {
         onCopyRequested: page.view.copyError()
     }
 
-    Item {
-        visible: page.run.isTranscribing
-        width: 1
-        height: 12
-    }
-
-    ProgressRow {
-        id: progressRow
-
-        visible: page.run.isTranscribing
+    RunAndTranscript {
         width: parent.width
+        heightLeft: page.heightLeft(y)
         run: page.run
-        onFocusLeft: startButton.forceActiveFocus(Qt.OtherFocusReason)
-    }
-
-    Item {
-        visible: page.view.pane.isShown
-        width: 1
-        height: 12
-    }
-
-    TranscriptPane {
-        width: parent.width
-        height: Math.max(leastHeight, page.heightLeft(y))
         pane: page.view.pane
         exportMenu: page.view.exportMenu
-        onFocusLeft: {
-            if (startButton.enabled)
-                startButton.forceActiveFocus(Qt.OtherFocusReason);
-            else
-                progressRow.takeFocus();
-        }
+        startButton: startButton
     }
 }

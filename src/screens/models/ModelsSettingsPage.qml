@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import Sorvanta.Style
 import Sorvanta.Screens
 
 // The page of the Models screen.

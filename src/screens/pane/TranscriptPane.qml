@@ -1,5 +1,4 @@
 import QtQuick
-import Sorvanta.Style
 import Sorvanta.Screens
 import Sorvanta.Viewer
 
@@ -59,8 +58,6 @@ FocusScope {
     }
 
     LogsSheet {
-        id: sheet
-
         pane: block.pane
     }
 
