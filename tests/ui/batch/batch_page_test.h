@@ -2,7 +2,7 @@
 
 #include "screens/batch/batch_processing_view.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
+#include "support/transcribing_test.h"
 #include "ui/support/ui_test.h"
 
 #include <gmock/gmock.h>
@@ -12,17 +12,11 @@
 namespace sorvanta {
 
 /// The page of the batch screen with the real screen behind it and an engine that does as it is told.
-class BatchPageTest : public UiTest {
+class BatchPageTest : public TranscribingTest<UiTest> {
 protected:
     BatchPageTest()
         : screen(bench.surroundings())
     {
-    }
-    ~BatchPageTest() override
-    {
-        // The page looks at the screen until its end.
-        delete root;
-        root = nullptr;
     }
 
     void showPage(int width = 940, int height = 700)
@@ -31,7 +25,7 @@ protected:
                  {{"view", QVariant::fromValue(&screen)}, {"width", width}, {"height", height}});
     }
 
-    BatchRun &run() { return *screen.run(); }
+    BatchRun &run() override { return *screen.run(); }
 
     void useModel(const QByteArray &commands)
     {
@@ -42,11 +36,6 @@ protected:
     {
         screen.chooseFiles();
         bench.panels.answerFiles(paths);
-    }
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
     }
     void start(const QStringList &paths, const QByteArray &commands)
     {
@@ -83,7 +72,6 @@ protected:
     }
     double scrollEnd() const { return qMax(0.0, root->property("contentHeight").toDouble() - root->height()); }
 
-    ScreenWorkbench bench;
     BatchProcessingView screen;
 };
 

@@ -25,13 +25,6 @@ const ExportMenuState everything{true, true, true, true, true};
 
 class ShownExportMenu : public UiTest {
 protected:
-    ~ShownExportMenu() override
-    {
-        // The menu looks at its content until its end.
-        delete root;
-        root = nullptr;
-    }
-
     void showMenu(ExportMenu *menu, int width = 640, int height = 560)
     {
         content = menu;

@@ -2,7 +2,7 @@
 
 #include "screens/file/transcript_from_file_view.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
+#include "support/transcribing_test.h"
 #include "ui/support/ui_test.h"
 
 #include <gmock/gmock.h>
@@ -12,17 +12,11 @@
 namespace sorvanta {
 
 /// The page of the file screen with the real screen behind it and an engine that does as it is told.
-class FilePageTest : public UiTest {
+class FilePageTest : public TranscribingTest<UiTest> {
 protected:
     FilePageTest()
         : screen({.shared = bench.surroundings()})
     {
-    }
-    ~FilePageTest() override
-    {
-        // The page looks at the screen until its end.
-        delete root;
-        root = nullptr;
     }
 
     void showPage(int width = 940, int height = 700)
@@ -31,7 +25,7 @@ protected:
                  {{"view", QVariant::fromValue(&screen)}, {"width", width}, {"height", height}});
     }
 
-    TranscriptionRun &run() { return *screen.run(); }
+    TranscriptionRun &run() override { return *screen.run(); }
 
     void useModel(const QByteArray &commands)
     {
@@ -43,11 +37,6 @@ protected:
         screen.chooseFile();
         bench.panels.answer(path);
     }
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
-    }
     /// Starts an engine that does as `commands` say, over a file that goes to it as it stands.
     void start(const QByteArray &commands)
     {
@@ -56,7 +45,6 @@ protected:
         screen.start();
     }
 
-    ScreenWorkbench bench;
     TranscriptFromFileView screen;
 };
 

@@ -20,13 +20,6 @@ namespace sorvanta {
 /// The page of the history with the real screen behind it, over a history that a test writes.
 class HistoryPageTest : public UiTest {
 protected:
-    ~HistoryPageTest() override
-    {
-        // The page looks at the screen until its end.
-        delete root;
-        root = nullptr;
-    }
-
     void write(const QList<TranscriptionHistoryEntry> &entries)
     {
         writeFileAtomically(bench.history.historyPath(), encodedHistory(entries));

@@ -1,7 +1,7 @@
 #include "page_states.h"
 #include "screens/meeting/meeting_recorder_view.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
+#include "support/transcribing_test.h"
 #include "ui/support/ui_test.h"
 #include "unit/audio/fake_audio_player.h"
 #include "unit/meeting/fake_sound.h"
@@ -24,7 +24,7 @@ const QByteArray at42Percent =
     "sleep 60000\n";
 
 /// The page of the meeting screen with the real screen behind it, over a machine that the test plays.
-class MeetingPage : public UiTest {
+class MeetingPage : public TranscribingTest<UiTest> {
 protected:
     MeetingPage()
     {
@@ -33,18 +33,13 @@ protected:
         surroundings.recorder.openPlayer = players.opener();
         screen = std::make_unique<MeetingRecorderView>(surroundings);
     }
-    ~MeetingPage() override
-    {
-        // The page looks at the screen until its end.
-        delete root;
-        root = nullptr;
-    }
 
     void showPage(int width = 940, int height = 700)
     {
         showType("Sorvanta.Screens", "MeetingRecorderPage",
                  {{"view", QVariant::fromValue(screen.get())}, {"width", width}, {"height", height}});
     }
+    TranscriptionRun &run() override { return *screen->run(); }
     void useModel(const QByteArray &commands = {})
     {
         bench.installModel("ggml-base.bin", commands);
@@ -65,13 +60,7 @@ protected:
         screen->toggleRecording();
         waitFor([this] { return !screen->recorder().systemURL(); });
     }
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000));
-    }
 
-    ScreenWorkbench bench;
     FakeSound sound;
     FakePlayers players;
     std::unique_ptr<MeetingRecorderView> screen;
@@ -234,7 +223,7 @@ TEST_F(MeetingPage, aRunShowsItsRows)
     EXPECT_TRUE(item("transcribeButton")->property("busy").toBool());
     EXPECT_FALSE(item("transcribeButton")->isEnabled());
     EXPECT_EQ(text("statusText"), "Converting…");
-    waitFor([this] { return screen->run()->progress() == 0.42; });
+    waitFor([this] { return run().progress() == 0.42; });
     EXPECT_TRUE(isShown("progressBar"));
     EXPECT_EQ(text("progressText"), "Progress: 42%");
     EXPECT_TRUE(isShown("transcriptLines"));
@@ -331,7 +320,7 @@ public:
         record(true);
         sound.play(500, 0.3);
         screen->toggleRecording();
-        waitFor([this] { return screen->run()->hasError(); });
+        waitFor([this] { return run().hasError(); });
     }
     void playing()
     {
@@ -371,32 +360,32 @@ public:
     }
     void preparing()
     {
-        transcribe("sleep 60000\n", [this] { return screen->run()->status() == "Preparing…"; });
+        transcribe("sleep 60000\n", [this] { return run().status() == "Preparing…"; });
     }
     void running()
     {
-        transcribe(at42Percent, [this] { return screen->run()->progress() == 0.42; });
+        transcribe(at42Percent, [this] { return run().progress() == 0.42; });
     }
     void stopping()
     {
-        transcribe("ignore-stop\n" + at42Percent, [this] { return screen->run()->progress() == 0.42; });
-        screen->run()->stopRun();
+        transcribe("ignore-stop\n" + at42Percent, [this] { return run().progress() == 0.42; });
+        run().stopRun();
     }
     void cancelled()
     {
         running();
-        screen->run()->stopRun();
-        waitFor([this] { return !screen->run()->isTranscribing(); });
+        run().stopRun();
+        waitFor([this] { return !run().isTranscribing(); });
     }
     void done()
     {
         transcribe(QByteArray(at42Percent).replace("sleep 60000", "exit 0"),
-                   [this] { return screen->run()->status() == "Done"; });
+                   [this] { return run().status() == "Done"; });
     }
     void failed()
     {
         transcribe("complain " + QByteArray("a long log of the engine ").repeated(60) + "%0A\nexit 1\n",
-                   [this] { return screen->run()->hasError(); });
+                   [this] { return run().hasError(); });
     }
 
 private:
@@ -463,7 +452,7 @@ const MeetingState meetingStates[] = {
      "Unable to play audio: loading failed"},
     {"saved", &State::saved, readyButtons, finalHeadline, "Saved recording to The minutes of the north end.m4a", "",
      ""},
-    {"unsaved", &State::unsaved, readyButtons, finalHeadline, captured, "", "Could not save recording: “meeting_"},
+    {"unsaved", &State::unsaved, readyButtons, finalHeadline, captured, "", "Could not save recording: "},
     {"converting", &State::converting, runButtons, finalHeadline, captured, "Converting…", ""},
     {"preparing", &State::preparing, runButtons, finalHeadline, captured, "Preparing…", ""},
     {"running", &State::running, runButtons, finalHeadline, captured, "", ""},

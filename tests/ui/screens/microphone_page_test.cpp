@@ -1,7 +1,7 @@
 #include "page_states.h"
 #include "support/fake_microphone.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
+#include "support/transcribing_test.h"
 #include "ui/support/ui_test.h"
 #include "unit/audio/fake_audio_player.h"
 
@@ -17,7 +17,7 @@ using testing::ElementsAre;
 
 /// The page of the microphone screen with the real screen behind it, a microphone and an engine that do as they are
 /// told.
-class MicrophonePageTest : public UiTest {
+class MicrophonePageTest : public TranscribingTest<UiTest> {
 protected:
     MicrophonePageTest()
         : screen({.shared = bench.surroundings(),
@@ -26,12 +26,6 @@ protected:
                   .seconds = [this] { return seconds; }})
     {
     }
-    ~MicrophonePageTest() override
-    {
-        // The page looks at the screen until its end.
-        delete root;
-        root = nullptr;
-    }
 
     void showPage()
     {
@@ -39,12 +33,7 @@ protected:
                  {{"view", QVariant::fromValue(&screen)}, {"width", 940}, {"height", 700}});
     }
 
-    TranscriptionRun &run() { return *screen.run(); }
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
-    }
+    TranscriptionRun &run() override { return *screen.run(); }
     void useModel(const QByteArray &commands)
     {
         bench.installModel("ggml-large-v3-turbo.bin", commands);
@@ -59,7 +48,6 @@ protected:
         waitFor([this] { return screen.recordingDuration() == seconds; });
     }
 
-    ScreenWorkbench bench;
     FakePlayers players;
     FakeMicrophone microphone;
     double seconds = 0;
@@ -434,7 +422,7 @@ const MicrophoneState microphoneStates[] = {
     {"unplayable", &State::unplayable, closedButtons, notRecording, recordingReady,
      "Unable to play audio: loading failed"},
     {"saved", &State::saved, closedButtons, notRecording, "Saved recording to A talk on the north end.wav", ""},
-    {"unsaved", &State::unsaved, closedButtons, notRecording, recordingReady, "Could not save recording: “microphone_"},
+    {"unsaved", &State::unsaved, closedButtons, notRecording, recordingReady, "Could not save recording: "},
     {"preparing", &State::preparing, runButtons, notRecording, "Preparing…", ""},
     {"running", &State::running, runButtons, notRecording, "", ""},
     {"stopping", &State::stopping, runButtons, notRecording, "Stopping…", ""},

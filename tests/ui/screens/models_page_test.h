@@ -21,13 +21,6 @@ class ModelsPageTest : public UiTest {
 protected:
     enum Place { LargeTurbo, Large, Medium, Base, Small, Tiny };
 
-    ~ModelsPageTest() override
-    {
-        // The page looks at the screen until its end.
-        delete root;
-        root = nullptr;
-    }
-
     QString path(const QString &name) const { return folder.path() + "/Sorvanta/Models/" + name; }
     void makeFile(const QString &name)
     {

@@ -61,9 +61,12 @@ UiTest::UiTest()
     setDark(false);
 }
 
-UiTest::~UiTest()
+UiTest::~UiTest() = default;
+
+void UiTest::TearDown()
 {
     delete root;
+    root = nullptr;
 }
 
 QQuickItem *UiTest::show(const QByteArray &qml, const QVariantMap &properties)

@@ -25,6 +25,8 @@ class UiTest : public testing::Test {
 protected:
     UiTest();
     ~UiTest() override;
+    /// Takes away what is shown, as long as the objects that it looks at are still there.
+    void TearDown() override;
 
     /// Shows `qml`, the source of an item, with `properties` set from the start. Throws when it cannot be made.
     QQuickItem *show(const QByteArray &qml, const QVariantMap &properties = {});

@@ -26,14 +26,15 @@ inline void passOnButRaising(QtMsgType type, const QMessageLogContext &context, 
 class ViewerWindow : public UiTest {
 protected:
     ViewerWindow() { strictHandler = qInstallMessageHandler(passOnButRaising); }
-    ~ViewerWindow() override
+    void TearDown() override
     {
         qInstallMessageHandler(strictHandler);
-        if (!window)
-            return;
-        viewer.closeTranscriptWindow();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        static_cast<void>(window.release()); // it went with its loader
+        if (window) {
+            viewer.closeTranscriptWindow();
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            static_cast<void>(window.release()); // it went with its loader
+        }
+        UiTest::TearDown();
     }
 
     static QString timecode(int seconds)

@@ -2,6 +2,7 @@
 
 #include "export/export_format.h"
 #include "support/cramped_folder.h"
+#include "support/file_content.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -43,12 +44,7 @@ protected:
     {
         return QDir(place).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name);
     }
-    QByteArray bytes(const QString &name) const
-    {
-        QFile file(folder.filePath(name));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
-        return file.readAll();
-    }
+    QByteArray bytes(const QString &name) const { return contentOf(folder.filePath(name)); }
 
     QTemporaryDir folder;
 };

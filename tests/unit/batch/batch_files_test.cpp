@@ -52,17 +52,7 @@ TEST_F(BatchFiles, theScreenBeginsWithTheInitialValues)
     EXPECT_EQ(chosen(), QStringList());
     EXPECT_FALSE(screen->model()->selectedModelID());
     EXPECT_EQ(screen->language()->language(), u"auto"_qs);
-    EXPECT_FALSE(run().isTranscribing());
-    EXPECT_FALSE(run().isStopping());
-    EXPECT_FALSE(run().hasActiveProcess());
-    EXPECT_EQ(run().transcript(), QString());
-    EXPECT_EQ(run().rawOutput(), QString());
-    EXPECT_EQ(run().status(), QString());
-    EXPECT_FALSE(run().error());
-    EXPECT_FALSE(run().progress());
-    EXPECT_EQ(run().etaText(), QString());
-    EXPECT_FALSE(run().totalDuration());
-    EXPECT_FALSE(run().transcriptionStart());
+    expectNoTraceOfARun(run());
     EXPECT_EQ(run().currentFileIndex(), 0);
     EXPECT_EQ(run().totalFilesCount(), 0);
     EXPECT_EQ(run().fileLine(), QString());
@@ -141,14 +131,7 @@ TEST_F(BatchFiles, anAdditionTakesTheResultsAway)
     EXPECT_EQ(screen->pane()->search()->searchText(), QString());
     EXPECT_FALSE(screen->pane()->showLogsSheet());
     EXPECT_FALSE(screen->pane()->hasText());
-    EXPECT_EQ(run().transcript(), QString());
-    EXPECT_EQ(run().rawOutput(), QString());
-    EXPECT_EQ(run().status(), QString());
-    EXPECT_FALSE(run().error());
-    EXPECT_FALSE(run().progress());
-    EXPECT_EQ(run().etaText(), QString());
-    EXPECT_FALSE(run().totalDuration());
-    EXPECT_FALSE(run().transcriptionStart());
+    expectNoTraceOfARun(run());
     EXPECT_EQ(run().currentFileIndex(), 0);
     EXPECT_EQ(run().totalFilesCount(), 4);
 }

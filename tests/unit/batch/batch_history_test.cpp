@@ -1,17 +1,11 @@
 #include "batch_screen_test.h"
+#include "support/file_content.h"
 
 #include <QFile>
 
 using namespace sorvanta;
 
 namespace {
-
-QByteArray content(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
 
 class BatchHistory : public BatchScreenTest {
 protected:
@@ -36,10 +30,10 @@ TEST_F(BatchHistory, eachFinishedFileIsKeptWithAllThatIsKnownOfIt)
         EXPECT_EQ(entry.language, u"en"_qs) << "the one that the batch began with";
         EXPECT_FALSE(entry.diarization);
         EXPECT_FALSE(entry.recordingPath);
-        EXPECT_EQ(content(entry.txtPath), "- One\nTwo");
+        EXPECT_EQ(contentOf(entry.txtPath), "- One\nTwo");
         ASSERT_TRUE(entry.srtPath);
-        EXPECT_EQ(content(*entry.srtPath), "1\n00:00:00,000 --> 00:00:15,000\n- One\n\n"
-                                           "2\n00:00:15,000 --> 00:00:30,000\nTwo\n");
+        EXPECT_EQ(contentOf(*entry.srtPath), "1\n00:00:00,000 --> 00:00:15,000\n- One\n\n"
+                                             "2\n00:00:15,000 --> 00:00:30,000\nTwo\n");
     }
 }
 
@@ -56,7 +50,7 @@ TEST_F(BatchHistory, withStrippingTheDashesAreGone)
     transcribe({u"/music/a.wav"_qs}, twoLines);
     ASSERT_EQ(entries().size(), 1);
     EXPECT_EQ(entries()[0].text, u"One\nTwo"_qs);
-    EXPECT_TRUE(content(*entries()[0].srtPath).contains("\nOne\n"));
+    EXPECT_TRUE(contentOf(*entries()[0].srtPath).contains("\nOne\n"));
     EXPECT_EQ(result(0).transcript(), u"- One\nTwo"_qs);
 }
 

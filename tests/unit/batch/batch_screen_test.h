@@ -1,9 +1,10 @@
 #pragma once
 
 #include "screens/batch/batch_processing_view.h"
+#include "support/engine_scripts.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
 #include "support/silent_media.h"
+#include "support/transcribing_test.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,7 +14,7 @@
 #include <QTest>
 
 /// The batch screen with its surroundings, and a record of all that its status ever said.
-class BatchScreenTest : public testing::Test {
+class BatchScreenTest : public TranscribingTest<testing::Test> {
 protected:
     BatchScreenTest() { makeScreen(); }
 
@@ -25,7 +26,7 @@ protected:
                          [this] { statuses << screen->run()->status(); });
     }
 
-    sorvanta::BatchRun &run() { return *screen->run(); }
+    sorvanta::BatchRun &run() override { return *screen->run(); }
     const sorvanta::FileResult &result(qsizetype row) { return screen->results()->list().at(row); }
     sorvanta::FileStatus status(qsizetype row) { return result(row).status; }
 
@@ -42,11 +43,6 @@ protected:
         screen->appear();
     }
 
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
-    }
     void waitForEnd()
     {
         waitFor([this] { return !run().isTranscribing(); });
@@ -85,7 +81,6 @@ protected:
         return false;
     }
 
-    ScreenWorkbench bench;
     QStringList statuses;
     std::unique_ptr<sorvanta::BatchProcessingView> screen;
 };
@@ -93,10 +88,5 @@ protected:
 inline const QStringList threeFiles{QStringLiteral("/music/a.wav"), QStringLiteral("/music/b.wav"),
                                     QStringLiteral("/music/c.wav")};
 
-/// An engine that prints two timed lines of 30 seconds of audio.
-inline const QByteArray twoLines = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-                                   "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n"
-                                   "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n";
-
-/// The same, but for the file b, with which it fails.
+/// As twoLines, but for the file b, with which it fails.
 inline const QByteArray failingWithB = twoLines + "only b.wav\ncomplain error%3A no good%0A\nexit 1\n";

@@ -114,7 +114,7 @@ protected:
         return list;
     }
     /// Adds files until there are `count`, and runs them all.
-    void run(int count)
+    void transcribeUpTo(int count)
     {
         QElapsedTimer clock;
         clock.start();
@@ -123,8 +123,8 @@ protected:
         clock.restart();
         // An event loop as the application has it: QTest's waiting sleeps between its rounds.
         QEventLoop events;
-        QObject::connect(&BatchScreenTest::run(), &sorvanta::RunState::isTranscribingChanged, &events, [&events, this] {
-            if (!BatchScreenTest::run().isTranscribing())
+        QObject::connect(&run(), &sorvanta::RunState::isTranscribingChanged, &events, [&events, this] {
+            if (!run().isTranscribing())
                 events.quit();
         });
         QTimer::singleShot(280000, &events, &QEventLoop::quit);
@@ -132,7 +132,7 @@ protected:
         FileEnds ends(*screen);
         screen->start();
         events.exec();
-        ASSERT_FALSE(BatchScreenTest::run().isTranscribing());
+        ASSERT_FALSE(run().isTranscribing());
         std::printf("%d files: added in %lld ms, run in %.1f s\n", count, static_cast<long long>(adding),
                     static_cast<double>(clock.elapsed()) / 1000);
         heartbeat.gaps.print("a timer waited");
@@ -150,10 +150,10 @@ TEST_F(ManyFiles, takeLittleMoreMemoryThanFew)
         log += "complain whisper_model_load%3A a line of the log that the engine prints for each file, number "
                + QByteArray::number(line) + "%0A\n";
     useModel(log + twoLines);
-    run(few);
+    transcribeUpTo(few);
     const double before = megabytesInUse();
     screen->clearFiles();
-    run(many);
+    transcribeUpTo(many);
     const double after = megabytesInUse();
     std::printf("memory: %.1f MB after %d files, %.1f MB after %d\n", before, few, after, many);
     EXPECT_LT(after - before, 50);

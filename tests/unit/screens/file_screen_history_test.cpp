@@ -1,17 +1,11 @@
 #include "file_screen_test.h"
+#include "support/file_content.h"
 
 #include <QFile>
 
 using namespace sorvanta;
 
 namespace {
-
-QByteArray content(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
 
 class FileScreenHistory : public FileScreenTest {
 protected:
@@ -39,10 +33,10 @@ TEST_F(FileScreenHistory, aFinishedRunIsKeptWithAllThatIsKnownOfIt)
     EXPECT_EQ(entry.language, u"de"_qs);
     EXPECT_FALSE(entry.diarization);
     EXPECT_FALSE(entry.recordingPath);
-    EXPECT_EQ(content(entry.txtPath), "- One\nTwo");
+    EXPECT_EQ(contentOf(entry.txtPath), "- One\nTwo");
     ASSERT_TRUE(entry.srtPath);
-    EXPECT_EQ(content(*entry.srtPath), "1\n00:00:00,000 --> 00:00:15,000\n- One\n\n"
-                                       "2\n00:00:15,000 --> 00:00:30,000\nTwo\n");
+    EXPECT_EQ(contentOf(*entry.srtPath), "1\n00:00:00,000 --> 00:00:15,000\n- One\n\n"
+                                         "2\n00:00:15,000 --> 00:00:30,000\nTwo\n");
     EXPECT_FALSE(bench.history.errorMessage());
 }
 
@@ -63,7 +57,7 @@ TEST_F(FileScreenHistory, withStrippingTheDashesAreGoneFromTextAndSubtitles)
     run().setStripDashes(true);
     transcribe(u"/music/a.wav"_qs, twoLines);
     EXPECT_EQ(onlyEntry().text, u"One\nTwo"_qs);
-    EXPECT_TRUE(content(*onlyEntry().srtPath).contains("\nOne\n"));
+    EXPECT_TRUE(contentOf(*onlyEntry().srtPath).contains("\nOne\n"));
     EXPECT_EQ(run().transcript(), u"- One\nTwo"_qs);
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "screens/file/transcript_from_file_view.h"
+#include "support/engine_scripts.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
 #include "support/silent_media.h"
+#include "support/transcribing_test.h"
 #include "unit/audio/fake_audio_player.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +13,7 @@
 #include <QTest>
 
 /// The file screen with its surroundings, and a record of all that its status ever said.
-class FileScreenTest : public testing::Test {
+class FileScreenTest : public TranscribingTest<testing::Test> {
 protected:
     FileScreenTest() { makeScreen(); }
 
@@ -25,7 +26,7 @@ protected:
                          [this] { statuses << screen->run()->status(); });
     }
 
-    sorvanta::TranscriptionRun &run() { return *screen->run(); }
+    sorvanta::TranscriptionRun &run() override { return *screen->run(); }
 
     void choose(const QString &path)
     {
@@ -40,15 +41,6 @@ protected:
         screen->appear();
     }
 
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
-    }
-    void waitForStatus(const QString &status)
-    {
-        waitFor([this, status] { return run().status() == status; });
-    }
     void transcribe(const QString &path, const QByteArray &commands)
     {
         useModel(commands);
@@ -57,13 +49,7 @@ protected:
         waitForStatus(QStringLiteral("Done"));
     }
 
-    ScreenWorkbench bench;
     FakePlayers players;
     QStringList statuses;
     std::unique_ptr<sorvanta::TranscriptFromFileView> screen;
 };
-
-/// An engine that prints two timed lines of 30 seconds of audio.
-inline const QByteArray twoLines = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-                                   "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n"
-                                   "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n";

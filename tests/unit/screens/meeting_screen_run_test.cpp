@@ -37,7 +37,7 @@ TEST_F(MeetingScreenRun, theChecksComeBeforeTheRecordingIsStopped)
 TEST_F(MeetingScreenRun, canTranscribeWithARecordingAndAModel)
 {
     EXPECT_FALSE(screen->canStart());
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     EXPECT_FALSE(screen->canStart());
     recordAndStop();
     EXPECT_TRUE(screen->canStart());
@@ -51,7 +51,7 @@ TEST_F(MeetingScreenRun, canTranscribeWithARecordingAndAModel)
 
 TEST_F(MeetingScreenRun, saysEachStep)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     recordAndStop();
     QStringList statuses;
     const QObject listener;
@@ -68,7 +68,7 @@ TEST_F(MeetingScreenRun, saysEachStep)
 
 TEST_F(MeetingScreenRun, keepsTheOldTranscriptUntilTheRunBegins)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     recordAndStop();
     screen->transcribe();
     waitForStatus(u"Done"_qs);
@@ -95,7 +95,7 @@ TEST_F(MeetingScreenRun, theEngineIsGivenAWavOfItsOwn)
 
 TEST_F(MeetingScreenRun, aFileWithoutSoundSaysSo)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     const QString file = recordAndStop();
     QFile broken(file);
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
@@ -135,7 +135,7 @@ TEST_F(MeetingScreenRun, canBeStopped)
 
 TEST_F(MeetingScreenRun, canBeStoppedDuringTheConversion)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     recordAndStop();
     const auto entries = historySources();
     QStringList statuses;
@@ -157,7 +157,7 @@ TEST_F(MeetingScreenRun, canBeStoppedDuringTheConversion)
 
 TEST_F(MeetingScreenRun, duringARecordingItStopsThatAndTakesTheRawFile)
 {
-    useModel(twoMeetingLines + "sleep 1500\n");
+    useModel(twoLines + "sleep 1500\n");
     sound.micSeconds = 3;
     record(true);
     sound.play(500, 0.5);
@@ -184,7 +184,7 @@ TEST_F(MeetingScreenRun, duringARecordingItStopsThatAndTakesTheRawFile)
 
 TEST_F(MeetingScreenRun, aRecordingThatIsBegunMeanwhileDoesNotTakeItsText)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     const QString first = recordAndStop();
     screen->transcribe();
     record();
@@ -206,7 +206,7 @@ TEST_F(MeetingScreenRun, aRecordingThatIsBegunMeanwhileDoesNotTakeItsText)
 
 TEST_F(MeetingScreenRun, theResultTakesTheRecordingsPlaceInTheHistory)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     const QString file = recordAndStop();
     const auto before = bench.history.entries();
     ASSERT_EQ(before.size(), 2);
@@ -250,7 +250,7 @@ TEST_F(MeetingScreenRun, clearingTheOutputLeavesTheError)
 
 TEST_F(MeetingScreenRun, exportsAreNamedAfterTheRecording)
 {
-    useModel(twoMeetingLines);
+    useModel(twoLines);
     const QString file = recordAndStop();
     screen->transcribe();
     waitForStatus(u"Done"_qs);

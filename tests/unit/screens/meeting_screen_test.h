@@ -2,8 +2,9 @@
 
 #include "platform/media/audio_writer.h"
 #include "screens/meeting/meeting_recorder_view.h"
+#include "support/engine_scripts.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
+#include "support/transcribing_test.h"
 #include "unit/audio/fake_audio_player.h"
 #include "unit/meeting/fake_sound.h"
 
@@ -12,13 +13,8 @@
 
 #include <QTest>
 
-/// An engine that prints two timed lines of 30 seconds of audio.
-inline const QByteArray twoMeetingLines = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-                                          "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n"
-                                          "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n";
-
 /// The meeting screen over a machine that a test plays.
-class MeetingScreenTest : public testing::Test {
+class MeetingScreenTest : public TranscribingTest<testing::Test> {
 protected:
     MeetingScreenTest() { makeScreen(); }
 
@@ -30,7 +26,7 @@ protected:
         screen = std::make_unique<sorvanta::MeetingRecorderView>(surroundings);
     }
 
-    sorvanta::TranscriptionRun &run() { return *screen->run(); }
+    sorvanta::TranscriptionRun &run() override { return *screen->run(); }
     sorvanta::ScreenAudioRecorder &recorder() { return screen->recorder(); }
     QString error() { return run().error().value_or(QString()); }
 
@@ -63,15 +59,6 @@ protected:
         waitForFinal();
         return recorder().outputURL().value_or(QString());
     }
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + error()).toStdString();
-    }
-    void waitForStatus(const QString &status)
-    {
-        waitFor([this, status] { return run().status() == status; });
-    }
     QStringList historySources() const
     {
         QStringList sources;
@@ -80,7 +67,6 @@ protected:
         return sources;
     }
 
-    ScreenWorkbench bench;
     FakeSound sound;
     FakePlayers players;
     std::unique_ptr<sorvanta::MeetingRecorderView> screen;

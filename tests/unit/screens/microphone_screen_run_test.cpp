@@ -2,6 +2,8 @@
 
 #include "app/viewer/transcript_window_model.h"
 #include "app/viewer/transcript_window_view.h"
+#include "support/engine_scripts.h"
+#include "support/file_content.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,17 +12,6 @@ using namespace sorvanta;
 using testing::ElementsAre;
 
 namespace {
-
-const QByteArray twoLines = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-                            "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n"
-                            "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n";
-
-QByteArray content(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    return file.readAll();
-}
 
 class MicrophoneScreenRun : public MicrophoneScreenTest { };
 
@@ -41,7 +32,7 @@ TEST_F(MicrophoneScreenRun, aStoppedTakeIsInTheHistoryWithoutAText)
     EXPECT_FALSE(entry.diarization);
     ASSERT_TRUE(entry.recordingPath);
     EXPECT_NE(*entry.recordingPath, take);
-    EXPECT_EQ(content(*entry.recordingPath), "a take");
+    EXPECT_EQ(contentOf(*entry.recordingPath), "a take");
 }
 
 TEST_F(MicrophoneScreenRun, aTakeWithoutAModelIsOfAnUnknownOne)
@@ -70,10 +61,10 @@ TEST_F(MicrophoneScreenRun, aTranscriptTakesTheEntryOfItsTake)
     const TranscriptionHistoryEntry &entry = bench.history.entries().first();
     EXPECT_EQ(entry.text, u"- One\nTwo"_qs);
     EXPECT_EQ(entry.sourceLabel, take);
-    EXPECT_EQ(content(entry.recordingPath.value_or(QString())), "a take");
+    EXPECT_EQ(contentOf(entry.recordingPath.value_or(QString())), "a take");
     ASSERT_TRUE(entry.srtPath);
-    EXPECT_EQ(content(*entry.srtPath), "1\n00:00:00,000 --> 00:00:15,000\n- One\n\n"
-                                       "2\n00:00:15,000 --> 00:00:30,000\nTwo\n");
+    EXPECT_EQ(contentOf(*entry.srtPath), "1\n00:00:00,000 --> 00:00:15,000\n- One\n\n"
+                                         "2\n00:00:15,000 --> 00:00:30,000\nTwo\n");
     EXPECT_EQ(QDir(bench.history.recordingsDirectory()).entryList(QDir::Files).size(), 1);
 
     recordTake();
@@ -245,7 +236,7 @@ TEST_F(MicrophoneScreenRun, savesACopyWhereTheUserSays)
     const QString place = bench.file(u"mine.wav"_qs);
     bench.panels.answer(place);
     EXPECT_EQ(run().status(), u"Saved recording to mine.wav"_qs);
-    EXPECT_EQ(content(place), "a take");
+    EXPECT_EQ(contentOf(place), "a take");
     EXPECT_TRUE(QFileInfo::exists(take));
 }
 
@@ -259,7 +250,7 @@ TEST_F(MicrophoneScreenRun, savesOverAFileThatIsThere)
     file.close();
     screen->saveAudio();
     bench.panels.answer(place);
-    EXPECT_EQ(content(place), "a take");
+    EXPECT_EQ(contentOf(place), "a take");
 }
 
 TEST_F(MicrophoneScreenRun, doesNotRemoveTheTakeWhenItIsSavedOverItself)
@@ -267,7 +258,7 @@ TEST_F(MicrophoneScreenRun, doesNotRemoveTheTakeWhenItIsSavedOverItself)
     const QString take = recordTake();
     screen->saveAudio();
     bench.panels.answer(take);
-    EXPECT_EQ(content(take), "a take");
+    EXPECT_EQ(contentOf(take), "a take");
     EXPECT_EQ(run().status(), u"Saved recording to "_qs + QFileInfo(take).fileName());
 }
 
@@ -283,7 +274,7 @@ TEST_F(MicrophoneScreenRun, leavesTheFileThatIsThereIfTheTakeIsGone)
     screen->saveAudio();
     bench.panels.answer(place);
     EXPECT_TRUE(error().startsWith(u"Could not save recording: "_qs)) << error().toStdString();
-    EXPECT_EQ(content(place), "an older take");
+    EXPECT_EQ(contentOf(place), "an older take");
 }
 
 TEST_F(MicrophoneScreenRun, savesNothingIfThePanelIsDeclined)

@@ -2,7 +2,7 @@
 
 #include "support/fake_microphone.h"
 #include "support/printing.h"
-#include "support/screen_workbench.h"
+#include "support/transcribing_test.h"
 #include "unit/audio/fake_audio_player.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +12,7 @@
 #include <QTest>
 
 /// The microphone screen with its surroundings, and a clock that stands until it is set.
-class MicrophoneScreenTest : public testing::Test {
+class MicrophoneScreenTest : public TranscribingTest<testing::Test> {
 protected:
     MicrophoneScreenTest() { makeScreen(); }
 
@@ -25,7 +25,7 @@ protected:
                                                     .seconds = [this] { return seconds; }});
     }
 
-    sorvanta::TranscriptionRun &run() { return *screen->run(); }
+    sorvanta::TranscriptionRun &run() override { return *screen->run(); }
     QString error() { return run().error().value_or(QStringLiteral("none")); }
 
     void begin()
@@ -41,15 +41,6 @@ protected:
         screen->toggleRecording();
         return *screen->selectedFile();
     }
-    template<typename Condition>
-    void waitFor(Condition condition)
-    {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
-    }
-    void waitForStatus(const QString &status)
-    {
-        waitFor([this, status] { return run().status() == status; });
-    }
     void awaitTick(double time)
     {
         seconds = time;
@@ -62,7 +53,6 @@ protected:
         screen->appear();
     }
 
-    ScreenWorkbench bench;
     FakePlayers players;
     FakeMicrophone microphone;
     double seconds = 0;
