@@ -50,37 +50,21 @@ TextSearch::TextSearch(QStringView needle, TextSearchOptions options)
         m_units.clear();
 }
 
-std::optional<TextRange> TextSearch::firstHit(QStringView text) const
-{
-    std::optional<TextRange> first;
-    forEachHit(text, [&first](TextRange hit) {
-        first = hit;
-        return false;
-    });
-    return first;
-}
-
 std::vector<TextRange> TextSearch::hits(QStringView text) const
 {
     std::vector<TextRange> all;
-    forEachHit(text, [&all](TextRange hit) {
-        all.push_back(hit);
-        return true;
-    });
+    forEachHit(text, [&all](TextRange hit) { all.push_back(hit); });
     return all;
 }
 
 qsizetype TextSearch::hitCount(QStringView text) const
 {
     qsizetype count = 0;
-    forEachHit(text, [&count](TextRange) {
-        ++count;
-        return true;
-    });
+    forEachHit(text, [&count](TextRange) { ++count; });
     return count;
 }
 
-/// @param visit is called with each hit and says whether to go on
+/// @param visit is called with each hit
 template<typename Visitor>
 void TextSearch::forEachHit(QStringView text, Visitor visit) const
 {
@@ -94,11 +78,8 @@ void TextSearch::forEachHit(QStringView text, Visitor visit) const
     const QStringView needle = viewOf(m_units);
     if (needle.isEmpty())
         return;
-    for (qsizetype at = viewOf(units).indexOf(needle); at >= 0;
-         at = viewOf(units).indexOf(needle, at + needle.size())) {
-        if (!visit(TextRange{at, needle.size()}))
-            return;
-    }
+    for (qsizetype at = viewOf(units).indexOf(needle); at >= 0; at = viewOf(units).indexOf(needle, at + needle.size()))
+        visit(TextRange{at, needle.size()});
 }
 
 /// The same where the text cannot be folded unit by unit.
@@ -128,8 +109,7 @@ void TextSearch::forEachHitByGroups(QStringView text, Visitor visit) const
             at = next(folded.groups().front().end);
             continue;
         }
-        if (!visit(hit))
-            return;
+        visit(hit);
         at = next(end->position);
     }
 }
@@ -146,8 +126,7 @@ void TextSearch::forEachHitOfAllGroups(QStringView text, Visitor visit) const
             ++group;
             continue;
         }
-        if (!visit(TextRange{groups[group].start, end->position - groups[group].start}))
-            return;
+        visit(TextRange{groups[group].start, end->position - groups[group].start});
         group = end->group + 1;
     }
 }

@@ -28,9 +28,6 @@ class TextSearch {
 public:
     TextSearch(QStringView needle, TextSearchOptions options);
 
-    /// The first hit in `text`, or none.
-    std::optional<TextRange> firstHit(QStringView text) const;
-
     /// All hits from left to right; each search goes on behind the last hit, so they do not overlap.
     std::vector<TextRange> hits(QStringView text) const;
 

@@ -93,15 +93,6 @@ qsizetype GraphemeClusters::end(qsizetype start)
     return end == icu::BreakIterator::DONE ? m_text.size() : end;
 }
 
-qsizetype graphemeClusterCount(QStringView text)
-{
-    GraphemeClusters clusters(text);
-    qsizetype count = 0;
-    for (qsizetype i = 0; i < text.size(); i = clusters.end(i))
-        ++count;
-    return count;
-}
-
 std::optional<QString> decodeUtf8(QByteArrayView bytes)
 {
     if (bytes.size() > longestDecoded)

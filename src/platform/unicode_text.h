@@ -55,11 +55,8 @@ void forEachLine(QStringView text, Visitor visit)
     visit(text.sliced(start));
 }
 
-/// The number of user-perceived characters: extended grapheme clusters, CR LF being one.
-qsizetype graphemeClusterCount(QStringView text);
-
-/// Walks over the extended grapheme clusters of a text, which must outlive it. In one of 2^31 units or more it takes
-/// code points for clusters.
+/// Walks over the user-perceived characters of a text, which must outlive it: extended grapheme clusters, CR LF being
+/// one. In a text of 2^31 units or more it takes code points for clusters.
 class GraphemeClusters {
 public:
     explicit GraphemeClusters(QStringView text);

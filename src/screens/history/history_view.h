@@ -28,7 +28,6 @@ class HistoryView : public QObject {
     QML_UNCREATABLE("made by the application")
     Q_PROPERTY(sorvanta::FilteredEntries *rows READ rows CONSTANT)
     Q_PROPERTY(QString searchText READ searchText WRITE setSearchText NOTIFY searchTextChanged)
-    Q_PROPERTY(QString selectedID READ selectedIDText NOTIFY selectionChanged)
     Q_PROPERTY(int selectedRow READ selectedRow NOTIFY selectionChanged)
     Q_PROPERTY(sorvanta::HistoryDetail *detail READ detail CONSTANT)
     Q_PROPERTY(sorvanta::ExportMenu *exportMenu READ exportMenu CONSTANT)
@@ -71,8 +70,6 @@ public:
     const std::optional<QString> &selectedID() const { return m_selectedID; }
     /// The entry with that id, or none.
     const std::optional<TranscriptionHistoryEntry> &selectedEntry() const { return m_detail.entry(); }
-    /// For views: empty if there is none.
-    QString selectedIDText() const { return m_selectedID.value_or(QString()); }
     /// The row of the list that is selected, or -1.
     int selectedRow() const { return m_selectedRow; }
     /// Selects that row, or the first or last one if there are not so many.

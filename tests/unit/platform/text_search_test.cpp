@@ -23,14 +23,21 @@ namespace {
 
 using Hit = std::optional<TextRange>;
 
+/// The first hit, or none.
+Hit firstHit(const TextSearch &search, QStringView text)
+{
+    const std::vector<TextRange> hits = search.hits(text);
+    return hits.empty() ? Hit() : hits.front();
+}
+
 Hit hitIgnoringCase(QStringView needle, QStringView text)
 {
-    return TextSearch(needle, TextSearchOptions::caseInsensitive).firstHit(text);
+    return firstHit(TextSearch(needle, TextSearchOptions::caseInsensitive), text);
 }
 
 Hit hitIgnoringMarks(QStringView needle, QStringView text)
 {
-    return TextSearch(needle, TextSearchOptions::caseAndDiacriticInsensitive).firstHit(text);
+    return firstHit(TextSearch(needle, TextSearchOptions::caseAndDiacriticInsensitive), text);
 }
 
 Hit at(qsizetype start, qsizetype length)
@@ -260,7 +267,6 @@ TEST(TextSearch, equalsTheRulesWrittenOutForAnyTexts)
             hits.emplace_back(hit.start, hit.start + hit.length);
         ASSERT_EQ(hits, SearchReference::hits(needle, text)) << seed << needle.toStdString() << text.toStdString();
         ASSERT_EQ(search.hitCount(text), static_cast<qsizetype>(hits.size()));
-        ASSERT_EQ(search.firstHit(text).has_value(), !hits.empty());
         found += hits.empty() ? 0 : 1;
     }
     EXPECT_GT(found, 10000) << "texts that never meet would prove nothing";
