@@ -4,7 +4,7 @@
 
 namespace sorvanta {
 
-/// What the entries of an export menu do.
+/// What the entries of an export menu do. Main thread only.
 class ExportActions {
 public:
     ExportActions() = default;
