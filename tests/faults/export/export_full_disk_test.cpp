@@ -1,5 +1,6 @@
 #include "export/batch_export.h"
 #include "export/export_delivery.h"
+#include "platform/error.h"
 #include "platform/file_system.h"
 #include "support/fake_file_panels.h"
 #include "support/printing.h"
@@ -95,6 +96,21 @@ TEST_F(ExportOnFullDisk, ofTheHistoryACopyThatFailsLeavesNoHalfOfItAndTheStoredF
     EXPECT_EQ(readFile(stored).size(), 100'000);
     delivery.saveToDownloads({.sourcePath = stored}, "srt", "Saved SRT");
     EXPECT_EQ(error, "Download failed: " + outOfSpace("talk.srt"));
+}
+
+TEST_F(ExportOnFullDisk, aCopyThatFailsLeavesTheFileThatItWasToReplace)
+{
+    const QTemporaryDir elsewhere;
+    const QString recording = elsewhere.filePath("recording.wav");
+    writeFileAtomically(recording, QByteArray(1'000'000, 's'));
+    try {
+        replaceByCopy(recording, disk + "/talk.txt", FileAccess::Usual);
+        ADD_FAILURE() << "there is room";
+    } catch (const Error &failure) {
+        EXPECT_EQ(failure.localizedDescription(), outOfSpace("talk.txt"));
+    }
+    EXPECT_EQ(readFile(disk + "/talk.txt"), "old");
+    EXPECT_EQ(names(), QStringList({"filler", "talk.txt"}));
 }
 
 TEST_F(ExportOnFullDisk, exportAllStopsAtTheFileThatFindsNoRoom)
