@@ -94,9 +94,10 @@ TEST_F(BatchRunTest, allWentWell)
 
 TEST_F(BatchRunTest, anErrorThatStandsAtTheEndKeepsTheStatusFromSayingDone)
 {
-    start({u"/music/a.wav"_qs}, twoLines + "sleep 800\n");
+    start({u"/music/a.wav"_qs}, twoLines + bench.engine.awaitGate());
     waitFor([this] { return result(0).hasTranscript; });
     run().setError(u"Could not save TXT: no."_qs);
+    bench.engine.openGate();
     waitForEnd();
     EXPECT_EQ(run().status(), u"Transcribing a.wav (1/1)"_qs);
     EXPECT_EQ(run().error(), u"Could not save TXT: no."_qs);
@@ -175,14 +176,14 @@ TEST_F(BatchRunTest, theStatusIsShownUntilThereIsProgress)
 TEST_F(BatchRunTest, theRawOutputStaysThatOfTheFileBeforeUntilTheNextOnePrints)
 {
     start({u"/music/a.wav"_qs, u"/music/b.wav"_qs},
-          "only a.wav\nprint [x] A%0A\nonly b.wav\nsleep 800\nprint [x] B%0A\nsleep 800\n");
+          "only a.wav\nprint [x] A%0A\nonly b.wav\n" + bench.engine.awaitGate() + "print [x] B%0A\nsleep 60000\n");
     waitFor([this] { return run().currentFileIndex() == 1; });
     EXPECT_EQ(run().rawOutput(), u"[x] A\n"_qs);
     EXPECT_EQ(run().transcript(), u"A"_qs);
+    bench.engine.openGate();
     waitFor([this] { return run().rawOutput() == u"[x] B\n"_qs; });
     EXPECT_EQ(result(1).rawOutput(), u"[x] B\n"_qs);
     EXPECT_EQ(status(1), FileStatus::running);
-    waitForEnd();
 }
 
 TEST_F(BatchRunTest, theEngineIsHandedFileModelAndLanguage)
@@ -219,12 +220,13 @@ TEST_F(BatchRunTest, theConvertedFilesGoAtTheEndOfTheBatchTheUsersOwnStay)
 {
     const QString first = movie(u"a.mp4"_qs);
     const QString second = movie(u"b.mov"_qs);
-    start({first, second}, "arguments\nsleep 800\n");
-    waitFor([this] { return status(1) == FileStatus::running && result(1).rawOutput().endsWith(u"auto\n"_qs); });
+    start({first, second, u"/music/c.wav"_qs}, "arguments\nonly c.wav\n" + bench.engine.awaitGate());
+    waitFor([this] { return status(2) == FileStatus::running; });
     EXPECT_EQ(run().tempConvertedURLs().size(), 2);
     EXPECT_EQ(bench.temporaryFiles().size(), 2);
     EXPECT_TRUE(result(0).rawOutput().contains(run().tempConvertedURLs()[0]));
     EXPECT_TRUE(result(1).rawOutput().contains(run().tempConvertedURLs()[1]));
+    bench.engine.openGate();
     waitForEnd();
     EXPECT_EQ(run().tempConvertedURLs(), QStringList());
     EXPECT_THAT(bench.temporaryFiles(), ElementsAre());

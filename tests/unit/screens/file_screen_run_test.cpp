@@ -74,7 +74,7 @@ TEST_F(FileScreenRun, convertsAMovieAndRemovesWhatItMade)
 {
     const QString movie = bench.file(u"talk.mp4"_qs);
     writeWav(movie, 1.0);
-    useModel("arguments\nsleep 300\n");
+    useModel("arguments\n" + bench.engine.awaitGate());
     choose(movie);
     screen->start();
     waitFor([this] { return run().isTranscribing() && !run().rawOutput().isEmpty(); });
@@ -82,6 +82,7 @@ TEST_F(FileScreenRun, convertsAMovieAndRemovesWhatItMade)
     ASSERT_EQ(left.size(), 1);
     EXPECT_TRUE(left[0].endsWith(u".wav"_qs));
     EXPECT_TRUE(run().rawOutput().contains(u"-f\n%1/%2\n"_qs.arg(bench.temporaryFolder(), left[0])));
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_THAT(statuses, ElementsAre(u"Preparing file…"_qs, u"Converting talk.mp4 to wav audio…"_qs,
                                       u"Conversion finished, starting transcription…"_qs, u"Starting transcription…"_qs,
