@@ -277,6 +277,19 @@ TEST_F(MicrophoneScreenRun, leavesTheFileThatIsThereIfTheTakeIsGone)
     EXPECT_EQ(contentOf(place), "an older take");
 }
 
+TEST_F(MicrophoneScreenRun, leavesTheFileThatIsThereIfTheCopyFails)
+{
+    const QString take = recordTake();
+    const QString place = bench.file(u"mine.wav"_qs);
+    ASSERT_TRUE(QFile::rename(take, place));
+    ASSERT_TRUE(QDir().mkpath(take)); // which cannot be copied
+    screen->saveAudio();
+    bench.panels.answer(place);
+    EXPECT_EQ(error(),
+              u"Could not save recording: The file “%1” couldn’t be opened."_qs.arg(QFileInfo(take).fileName()));
+    EXPECT_EQ(contentOf(place), "a take");
+}
+
 TEST_F(MicrophoneScreenRun, savesNothingIfThePanelIsDeclined)
 {
     recordTake();
