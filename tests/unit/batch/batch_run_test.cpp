@@ -339,9 +339,9 @@ TEST_F(BatchRunTest, theScreenMayGoInMidBatch)
     start({movie(u"a.mp4"_qs), u"/music/b.wav"_qs}, "print x%0A\nsleep 20000\n");
     waitFor([this] { return !run().rawOutput().isEmpty(); });
     EXPECT_EQ(bench.temporaryFiles().size(), 1);
-    ASSERT_TRUE(isEngineAtWork());
+    ASSERT_TRUE(bench.engine.isAtWork());
     screen.reset();
-    EXPECT_FALSE(isEngineAtWork()) << "its end has been waited for";
+    EXPECT_FALSE(bench.engine.isAtWork()) << "its end has been waited for";
     QTest::qWait(50);
     EXPECT_THAT(bench.temporaryFiles(), ElementsAre());
     EXPECT_TRUE(bench.history.entries().isEmpty());
@@ -351,9 +351,9 @@ TEST_F(BatchRunTest, theScreenMayGoAlthoughTheEngineIgnoresTheStop)
 {
     start({u"/music/b.wav"_qs}, "ignore-stop\nprint x%0A\nsleep 20000\n");
     waitFor([this] { return !run().rawOutput().isEmpty(); });
-    ASSERT_TRUE(isEngineAtWork());
+    ASSERT_TRUE(bench.engine.isAtWork());
     screen.reset();
-    EXPECT_FALSE(isEngineAtWork());
+    EXPECT_FALSE(bench.engine.isAtWork());
 }
 
 TEST_F(BatchRunTest, theScreenMayGoInMidPreparation)

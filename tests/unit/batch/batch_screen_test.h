@@ -9,8 +9,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 /// The batch screen with its surroundings, and a record of all that its status ever said.
@@ -64,21 +62,6 @@ protected:
         const QString path = bench.file(name);
         writeWav(path, seconds);
         return path;
-    }
-    /// Whether the engine runs now, be it on whatever file or on this one.
-    bool isEngineAtWork(const QByteArray &audioPath = {}) const
-    {
-        const QByteArray engine = QFile::encodeName(bench.engine.enginePath());
-        const QDir processes(QStringLiteral("/proc"));
-        for (const QString &process : processes.entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
-            QFile file(processes.filePath(process + QStringLiteral("/cmdline")));
-            if (!file.open(QIODevice::ReadOnly))
-                continue;
-            const QList<QByteArray> words = file.readAll().split('\0');
-            if (words.first() == engine && (audioPath.isEmpty() || words.contains(audioPath)))
-                return true;
-        }
-        return false;
     }
 
     QStringList statuses;

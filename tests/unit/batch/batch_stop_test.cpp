@@ -116,9 +116,9 @@ TEST_F(BatchStop, atTheEndOfARunCancelsThatFileAndItIsNotKept)
     when(u"Transcribing a.wav (1/3)"_qs, [this] {
         // The first run ends and the second begins, while the main thread is at something else.
         const QDeadlineTimer deadline(20000);
-        while (!isEngineAtWork("/music/b.wav") && !deadline.hasExpired())
+        while (!bench.engine.isAtWork("/music/b.wav") && !deadline.hasExpired())
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        ASSERT_TRUE(isEngineAtWork("/music/b.wav"));
+        ASSERT_TRUE(bench.engine.isAtWork("/music/b.wav"));
         run().stopRun();
     });
     screen->start();

@@ -81,7 +81,7 @@ TEST_F(MeetingScreenRun, keepsTheOldTranscriptUntilTheRunBegins)
 
 TEST_F(MeetingScreenRun, theEngineIsGivenAWavOfItsOwn)
 {
-    useModel("arguments\nsleep 300\n");
+    useModel("arguments\n" + bench.engine.awaitGate());
     recordAndStop();
     screen->transcribe();
     waitFor([this] { return !run().rawOutput().isEmpty(); });
@@ -89,6 +89,7 @@ TEST_F(MeetingScreenRun, theEngineIsGivenAWavOfItsOwn)
     ASSERT_EQ(made.size(), 1);
     EXPECT_TRUE(made[0].endsWith(u".wav"_qs));
     EXPECT_TRUE(run().rawOutput().contains(u"-f\n%1/%2\n-l\nauto\n"_qs.arg(bench.temporaryFolder(), made[0])));
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_EQ(bench.temporaryFiles().filter(u"meeting-transcribe-"_qs), QStringList()) << "it is removed at the end";
 }
