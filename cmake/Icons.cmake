@@ -2,10 +2,10 @@
 # sets <variable> to the files, to be added as resources.
 set(SORVANTA_ICON_FOLDER ${PROJECT_SOURCE_DIR}/node_modules/lucide-static/icons)
 set(SORVANTA_ICONS
-  audio-lines braces captions check chevron-down chevron-right chevron-up chevrons-up-down circle-check circle-dot
-  circle-pause circle-play circle-question-mark circle-stop clock cloud-download code-xml copy cpu download
-  file-image file-pen-line file-search file-text file-type file-up globe inbox list-plus maximize-2 mic
-  mic-audio-lines network pause play rotate-cw search share shield-check table trash triangle-alert users-round x)
+  audio-lines braces captions check chevron-down chevron-right chevron-up chevrons-up-down circle-check circle-pause
+  circle-play circle-question-mark clock cloud-download code-xml copy cpu download file-image file-pen-line
+  file-search file-text file-type file-up globe inbox list-plus maximize-2 mic mic-audio-lines network rotate-cw
+  search share shield-check table trash triangle-alert users-round x)
 
 function(sorvanta_read_icon name variable)
   set(file ${SORVANTA_ICON_FOLDER}/${name}.svg)
