@@ -126,6 +126,17 @@ class MicrophoneTest(RecordingTest):
         self.assertGreater(length(self.takes()[0]), 2)
         self.assertAlmostEqual(tone_levels(self.takes()[0], [VOICE], 0.5, 1)[0], LEVEL, delta=0.01)
 
+    def test_a_take_is_kept_when_the_system_asks_the_program_to_end(self):
+        self.room.play_tone("room", VOICE)
+        window = self.start_on_microphone_screen()
+        window.press("Record")
+        window.expect("Recording time: 0:02", patience=10)
+        self.program.terminate()
+        self.assertEqual(self.program.wait(timeout=20), 0)
+        entries = self.history()
+        self.assertEqual([entry["sourceLabel"] for entry in entries], [str(take) for take in self.takes()])
+        self.assertGreater(length(entries[0]["recordingPath"]), 1)
+
     def test_without_a_sound_server_it_says_so(self):
         self.room.end()
         window = self.start_on_microphone_screen()
