@@ -84,15 +84,12 @@ void PrintTo(const Moment &moment, std::ostream *out)
 
 class QuitInMidTransfer : public EndInMidTransfer, public testing::WithParamInterface<Moment> { };
 
-TEST_P(QuitInMidTransfer, isQuickAndCleanAndLeavesAPartialFileThatCountsForNothing)
+TEST_P(QuitInMidTransfer, waitsForNoServerAndLeavesAPartialFileThatCountsForNothing)
 {
     ASSERT_TRUE(startUntil(QString::fromLatin1(GetParam().path), GetParam().bytes));
     QTest::qWait(200);
-    QElapsedTimer timer;
-    timer.start();
     downloader.closeWriteChannel();
-    ASSERT_TRUE(downloader.waitForFinished());
-    EXPECT_LT(timer.elapsed(), 2'000);
+    ASSERT_TRUE(downloader.waitForFinished(patience));
     EXPECT_EQ(downloader.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(downloader.exitCode(), 0);
     expectThatNothingCountsAndARetryWorks();
