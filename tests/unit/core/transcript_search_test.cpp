@@ -1,5 +1,4 @@
 #include "core/live_transcript.h"
-#include "core/text_lines.h"
 #include "core/transcript_lines_model.h"
 #include "core/transcript_search.h"
 #include "core/transcript_text.h"
@@ -8,6 +7,7 @@
 #include "support/random_output.h"
 #include "support/random_script.h"
 #include "support/search_reference.h"
+#include "support/stored_lines.h"
 
 #include <gtest/gtest.h>
 
