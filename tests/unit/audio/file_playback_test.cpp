@@ -10,11 +10,12 @@ using namespace sorvanta;
 
 namespace {
 
-class FileScreenPlayback : public testing::Test {
+class FileScreenPlayback : public PlaybackTest {
 protected:
-    ScriptedPlayback playback{filePlayback()};
-    PlaybackController &controller = playback.controller;
-    FakePlayers &players = playback.players;
+    FileScreenPlayback()
+        : PlaybackTest(filePlayback())
+    {
+    }
 };
 
 TEST_F(FileScreenPlayback, asksForAFileEvenToPause)

@@ -10,11 +10,12 @@ using namespace sorvanta;
 
 namespace {
 
-class HistoryPlayback : public testing::Test {
+class HistoryPlayback : public PlaybackTest {
 protected:
-    ScriptedPlayback playback{historyPlayback()};
-    PlaybackController &controller = playback.controller;
-    FakePlayers &players = playback.players;
+    HistoryPlayback()
+        : PlaybackTest(historyPlayback())
+    {
+    }
 };
 
 TEST_F(HistoryPlayback, doesNothingAtAllForARecordingThatIsNotThere)

@@ -8,11 +8,12 @@ using namespace sorvanta;
 
 namespace {
 
-class MeetingPlayback : public testing::Test {
+class MeetingPlayback : public PlaybackTest {
 protected:
-    ScriptedPlayback playback{meetingPlayback()};
-    PlaybackController &controller = playback.controller;
-    FakePlayers &players = playback.players;
+    MeetingPlayback()
+        : PlaybackTest(meetingPlayback())
+    {
+    }
 };
 
 TEST_F(MeetingPlayback, pausesAndGoesOnWhateverTheFileIsByNow)

@@ -8,11 +8,12 @@ using namespace sorvanta;
 
 namespace {
 
-class MicrophonePlayback : public testing::Test {
+class MicrophonePlayback : public PlaybackTest {
 protected:
-    ScriptedPlayback playback{microphonePlayback()};
-    PlaybackController &controller = playback.controller;
-    FakePlayers &players = playback.players;
+    MicrophonePlayback()
+        : PlaybackTest(microphonePlayback())
+    {
+    }
 };
 
 TEST_F(MicrophonePlayback, asksForAFileEvenToPause)

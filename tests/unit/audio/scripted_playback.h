@@ -56,3 +56,16 @@ public:
 
 inline const sorvanta::Error unreadable(u"libmpv"_qs, -17, u"unrecognized file format"_qs);
 inline const sorvanta::Error soundless(u"libmpv"_qs, -14, u"audio output initialization failed"_qs);
+
+/// The tests of one screen's playback.
+class PlaybackTest : public testing::Test {
+protected:
+    explicit PlaybackTest(const sorvanta::PlaybackSettings &settings)
+        : playback(settings)
+    {
+    }
+
+    ScriptedPlayback playback;
+    sorvanta::PlaybackController &controller = playback.controller;
+    FakePlayers &players = playback.players;
+};
