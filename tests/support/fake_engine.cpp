@@ -2,7 +2,7 @@
 // file named as the model is a script of one command a line:
 //   print TEXT      writes TEXT, percent-encoded, on standard output
 //   complain TEXT   the same on standard error
-//   arguments       writes the arguments, one a line
+//   arguments       writes the arguments, one a line, all at once
 //   print-input     writes what stands on standard input, or that there is nothing
 //   environment NAME  writes the variable's value
 //   folder          writes the working folder
@@ -86,8 +86,10 @@ void execute(const std::string &command, const std::string &operand, int argumen
     } else if (command == "complain") {
         writeAll(STDERR_FILENO, decoded(operand));
     } else if (command == "arguments") {
+        std::string lines;
         for (int i = 1; i < argumentCount; ++i)
-            writeAll(STDOUT_FILENO, std::string(arguments[i]) + "\n");
+            lines.append(arguments[i]).append("\n");
+        writeAll(STDOUT_FILENO, lines);
     } else if (command == "print-input") {
         char byte = 0;
         writeAll(STDOUT_FILENO, read(STDIN_FILENO, &byte, 1) > 0 ? "input" : "no input");

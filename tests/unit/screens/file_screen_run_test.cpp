@@ -77,7 +77,7 @@ TEST_F(FileScreenRun, convertsAMovieAndRemovesWhatItMade)
     useModel("arguments\n" + bench.engine.awaitGate());
     choose(movie);
     screen->start();
-    waitFor([this] { return run().isTranscribing() && !run().rawOutput().isEmpty(); });
+    waitFor([this] { return run().isTranscribing() && run().rawOutput().endsWith(u"auto\n"_qs); });
     const QStringList left = bench.temporaryFiles();
     ASSERT_EQ(left.size(), 1);
     EXPECT_TRUE(left[0].endsWith(u".wav"_qs));

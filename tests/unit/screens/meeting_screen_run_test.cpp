@@ -84,7 +84,7 @@ TEST_F(MeetingScreenRun, theEngineIsGivenAWavOfItsOwn)
     useModel("arguments\n" + bench.engine.awaitGate());
     recordAndStop();
     screen->transcribe();
-    waitFor([this] { return !run().rawOutput().isEmpty(); });
+    waitFor([this] { return run().rawOutput().endsWith(u"auto\n"_qs); });
     const QStringList made = bench.temporaryFiles().filter(u"meeting-transcribe-"_qs);
     ASSERT_EQ(made.size(), 1);
     EXPECT_TRUE(made[0].endsWith(u".wav"_qs));
