@@ -94,7 +94,7 @@ protected:
     void waitForOutput()
     {
         const qsizetype before = outputs.size();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return outputs.size() > before; }, 120000));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return outputs.size() > before; }, 280000));
     }
     QString output() const { return recorder->outputURL().value_or(QString()); }
     QString error() const { return recorder->errorMessage().value_or(QString()); }
