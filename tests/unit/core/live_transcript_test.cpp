@@ -80,6 +80,26 @@ TEST(LiveTranscript, changesOnlyTheUnfinishedLine)
     EXPECT_EQ(next.added, 1);
 }
 
+TEST(LiveTranscript, takesALineBreakThatIsCutInTwo)
+{
+    LiveTranscript live;
+    live.append(u"[a] One\r");
+    live.append(u"\n[b] Two\r");
+    live.append(u"\nstray\r\n[c] Three");
+    EXPECT_EQ(linesOf(live), (QStringList{u"One"_qs, u"Two"_qs}));
+}
+
+TEST(LiveTranscript, bringsPlainLinesBackWhenABracketClosesWithoutText)
+{
+    LiveTranscript live;
+    live.append(u"plain\n [BLANK");
+    EXPECT_EQ(linesOf(live), QStringList{u" [BLANK"_qs});
+    live.append(u"_AUDIO]");
+    EXPECT_EQ(linesOf(live), QStringList{u"plain"_qs});
+    live.append(u" x");
+    EXPECT_EQ(linesOf(live), QStringList{u"x"_qs});
+}
+
 TEST(LiveTranscript, isEmptyAfterClear)
 {
     LiveTranscript live;

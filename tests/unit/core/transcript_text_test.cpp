@@ -47,6 +47,14 @@ TEST(CleanWhisperOutput, endsAtTheFirstStrayLineWhileSegmentsGoOn)
 TEST(CleanWhisperOutput, skipsBlankLinesWithinTheBlock)
 {
     EXPECT_EQ(cleanWhisperOutput(u"[a] One\r\n\r\n \t\n[b] Two"), u"One\nTwo"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u"[a] One\n\u200B\u00A0\n[b] Two"), u"One\nTwo"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u"[a] One\n\uFEFF\n[b] Two"), u"One"_qs) << "no white space";
+}
+
+TEST(CleanWhisperOutput, beginsTheBlockOnlyBehindWhiteSpace)
+{
+    EXPECT_EQ(cleanWhisperOutput(u"\u200B\u3000[a] One\nplain"), u"One"_qs);
+    EXPECT_EQ(cleanWhisperOutput(u"\uFEFF[a] One\nplain"), u"\uFEFF[a] One\nplain"_qs);
 }
 
 TEST(CleanWhisperOutput, findsIndentedTimedLines)
@@ -84,7 +92,8 @@ TEST(CleanWhisperOutput, fallsBackToPlainLines)
     EXPECT_EQ(cleanWhisperOutput(u"Hello world"), u"Hello world"_qs);
     EXPECT_EQ(cleanWhisperOutput(u" \u00A0Hello \r\nworld\t"), u"Hello\nworld"_qs);
     EXPECT_EQ(cleanWhisperOutput(u"ERROR: x"), QString());
-    EXPECT_EQ(cleanWhisperOutput(u"[a]\n[b]\nplain\n"), u"plain"_qs) << "a block without text is no block";
+    EXPECT_EQ(cleanWhisperOutput(u"before\n[a]\n[b]\nplain\n[c] x"), u"before\nplain"_qs)
+        << "a block without text is no block";
     EXPECT_EQ(cleanWhisperOutput(u"no Samples, none"), u"no Samples, none"_qs);
 }
 
@@ -123,6 +132,7 @@ TEST_P(LogWord, keepsALineOutOfAPlainTranscript)
     const QString word = QString::fromLatin1(GetParam());
     EXPECT_EQ(cleanWhisperOutput(u"a "_qs + word + u" b"_qs), QString());
     EXPECT_EQ(cleanWhisperOutput(u"[x] a "_qs + word + u" b"_qs), u"a "_qs + word + u" b"_qs) << "not in timed lines";
+    EXPECT_EQ(cleanWhisperOutput(u"a "_qs + word.toUpper()), u"a "_qs + word.toUpper()) << "case counts";
 }
 
 INSTANTIATE_TEST_SUITE_P(All, LogWord, testing::Values("samples,", "whisper.cpp"));
@@ -131,6 +141,32 @@ TEST(ParseTimedSegments, findsTheTimesAnywhereInALine)
 {
     EXPECT_EQ(parseTimedSegments(u"junk [00:00:01.500 --> 00:00:04.250]   Hello there. \r\n", false),
               (QList<TranscriptSegment>{{u"00:00:01.500"_qs, u"00:00:04.250"_qs, u"Hello there."_qs}}));
+}
+
+TEST(ParseTimedSegments, endsALineAtEveryUnicodeLineBreak)
+{
+    const QString line = u"[00:00:00.000 --> 00:00:01.000]   x"_qs;
+    const TranscriptSegment segment{u"00:00:00.000"_qs, u"00:00:01.000"_qs, u"x"_qs};
+    for (const QString &lineBreak :
+         {u"\n"_qs, u"\u000B"_qs, u"\u000C"_qs, u"\r"_qs, u"\r\n"_qs, u"\u0085"_qs, u"\u2028"_qs, u"\u2029"_qs}) {
+        EXPECT_EQ(parseTimedSegments(line + lineBreak + line, false), (QList<TranscriptSegment>{segment, segment}))
+            << "behind the code point " << int{lineBreak[0].unicode()};
+    }
+    EXPECT_EQ(parseTimedSegments(line + u"\u001C"_qs + line, false).size(), 1);
+}
+
+TEST(ParseTimedSegments, leavesOutOnlyWhiteSpaceBeforeTheText)
+{
+    const QString times = u"[00:00:00.000 --> 00:00:01.000]"_qs;
+    const auto textOf = [&times](const QString &rest) {
+        const auto segments = parseTimedSegments(times + rest, false);
+        return segments.isEmpty() ? QString() : segments[0].text;
+    };
+    EXPECT_EQ(textOf(u"\u00A0\u3000\tx \u00A0y"_qs), u"x \u00A0y"_qs);
+    EXPECT_EQ(textOf(u" \u200B x"_qs), u"\u200B x"_qs) << "the text itself is not trimmed";
+    EXPECT_EQ(textOf(u" \uFEFF x"_qs), u"\uFEFF x"_qs);
+    EXPECT_EQ(textOf(u" a"_qs + QChar(0) + u'b'), u"a"_qs + QChar(0) + u'b');
+    EXPECT_EQ(textOf(u" whisper_print x"_qs), u"whisper_print x"_qs) << "a word for the transcript alone";
 }
 
 TEST(ParseTimedSegments, skipsLinesWithoutText)
@@ -160,6 +196,12 @@ TEST(ParseTimedSegments, keepsOrderAndOverlapsAsTheyCome)
     EXPECT_EQ(segments[1].start, u"00:00:01.000"_qs);
 }
 
+TEST(ParseTimedSegments, takesAnyTwoDigitsForMinutesAndSeconds)
+{
+    EXPECT_EQ(parseTimedWindowSegments(u"[99:99:99.999 --> 00:60:60.000] x", false),
+              (QList<TranscriptWindowSegment>{{u"99:99:99.999"_qs, u"00:60:60.000"_qs, u"x"_qs, 362439.999, 3660.0}}));
+}
+
 TEST(ParseTimedSegments, knowsNoThreeDigitHours)
 {
     EXPECT_TRUE(parseTimedSegments(u"[100:00:00.000 --> 100:00:01.000]   x", false).isEmpty());
@@ -179,6 +221,9 @@ TEST(ParseTimedWindowSegments, countsDigitsThatAreNoNumbersAsZero)
     ASSERT_EQ(segments.size(), 1);
     EXPECT_EQ(segments[0].startSeconds, 0.0);
     EXPECT_EQ(segments[0].start, u"٠١:٠٠:٠٠.٠٠٠"_qs);
+    const QString inTwoUnits = u"𝟎𝟎:𝟎𝟎:𝟎𝟏.𝟎𝟎𝟎"_qs;
+    EXPECT_EQ(parseTimedWindowSegments(u"[00:00:00.000 --> "_qs + inTwoUnits + u"] x"_qs, false),
+              (QList<TranscriptWindowSegment>{{u"00:00:00.000"_qs, inTwoUnits, u"x"_qs, 0.0, 0.0}}));
 }
 
 /// What is found in a line by the pattern alone.
@@ -230,6 +275,7 @@ TEST(TimecodeSeconds, needsThreePieces)
 {
     EXPECT_EQ(timecodeSeconds(u"00:01:02.500"), 62.5);
     EXPECT_EQ(timecodeSeconds(u"1:1:1"), 3661.0);
+    EXPECT_EQ(timecodeSeconds(u"100:00:00.250"), 360000.25);
     EXPECT_EQ(timecodeSeconds(u"::1::2:3:"), 3723.0) << "empty pieces do not count";
     EXPECT_EQ(timecodeSeconds(u"x:1: 2"), 60.0) << "a piece that is no number is 0";
     EXPECT_FALSE(timecodeSeconds(u"01:02.500"));
