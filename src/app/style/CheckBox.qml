@@ -13,6 +13,12 @@ T.CheckBox {
         clicked();
     }
 
+    // A key that is held presses once.
+    function pressByKey(event) {
+        if (!event.isAutoRepeat)
+            press();
+    }
+
     implicitWidth: Math.ceil(implicitContentWidth)
     implicitHeight: Math.max(18, implicitContentHeight)
     spacing: 8
@@ -23,8 +29,8 @@ T.CheckBox {
     Accessible.name: text
     Accessible.onPressAction: press()
     Accessible.onToggleAction: press()
-    Keys.onReturnPressed: press()
-    Keys.onEnterPressed: press()
+    Keys.onReturnPressed: event => pressByKey(event)
+    Keys.onEnterPressed: event => pressByKey(event)
 
     indicator: Rectangle {
         y: (control.height - height) / 2

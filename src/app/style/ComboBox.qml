@@ -16,14 +16,6 @@ T.ComboBox {
         return value !== undefined ? value : record.modelData[textRole];
     }
 
-    function choose(index) {
-        popup.close();
-        if (index === currentIndex)
-            return;
-        currentIndex = index;
-        activated(index);
-    }
-
     implicitWidth: Theme.pickerWidth
     implicitHeight: Theme.controlHeight
     leftPadding: 12
@@ -74,7 +66,7 @@ T.ComboBox {
         text: control.textOf(model)
         highlighted: control.highlightedIndex === index
         chosen: control.currentIndex === index
-        Accessible.onPressAction: control.choose(index)
+        Accessible.onPressAction: clicked() // not an index that is set here: it would end the binding of its owner
     }
 
     popup: T.Popup {

@@ -9,6 +9,12 @@ Item {
 
     signal clicked
 
+    // A key that is held presses once.
+    function pressByKey(event) {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
+
     implicitWidth: Math.ceil(label.implicitWidth)
     implicitHeight: 18
     activeFocusOnTab: true
@@ -18,9 +24,9 @@ Item {
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: if (enabled) clicked()
-    Keys.onSpacePressed: clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onSpacePressed: event => pressByKey(event)
+    Keys.onReturnPressed: event => pressByKey(event)
+    Keys.onEnterPressed: event => pressByKey(event)
 
     StyledText {
         id: label

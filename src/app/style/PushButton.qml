@@ -41,6 +41,12 @@ T.Button {
         return down ? Theme.pressed : hot ? Theme.hover : Theme.control;
     }
 
+    // A key that is held presses once.
+    function pressByKey(event) {
+        if (!event.isAutoRepeat)
+            clicked();
+    }
+
     implicitWidth: Math.ceil(Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding))
     implicitHeight: large ? Theme.largeControlHeight : Theme.controlHeight
     leftPadding: icon.name ? 12 : 14
@@ -55,8 +61,8 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: if (enabled) clicked()
-    Keys.onReturnPressed: clicked()
-    Keys.onEnterPressed: clicked()
+    Keys.onReturnPressed: event => pressByKey(event)
+    Keys.onEnterPressed: event => pressByKey(event)
 
     contentItem: ButtonLabel {
         symbol: control.icon.name

@@ -61,6 +61,23 @@ TEST_F(FilePageRows, thePickersFollowTheScreenAndTheScreenFollowsThem)
     EXPECT_EQ(item("languagePicker")->property("displayText").toString(), "German (de)");
 }
 
+TEST_F(FilePageRows, thePickerShowsTheChosenModelWhateverOthersComeAndGo)
+{
+    bench.installModel("ggml-base.bin");
+    bench.installModel("ggml-tiny.bin");
+    screen.appear();
+    showPage();
+    screen.model()->choose(1);
+    const QString large = bench.installModel("ggml-large-v3.bin");
+    screen.appear();
+    EXPECT_EQ(item("modelPicker")->property("count").toInt(), 3);
+    EXPECT_EQ(item("modelPicker")->property("displayText").toString(), "Tiny");
+    QFile::remove(large);
+    screen.appear();
+    EXPECT_EQ(item("modelPicker")->property("count").toInt(), 2);
+    EXPECT_EQ(item("modelPicker")->property("displayText").toString(), "Tiny");
+}
+
 TEST_F(FilePageRows, theStartButtonWaitsForAFileAndAModel)
 {
     useModel({});

@@ -2,7 +2,9 @@
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
+#include <QCoreApplication>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -129,6 +131,21 @@ TEST_P(PressedControl, actsOnceForEachWayOfPressingIt)
     pressAccessibly(item("it"));
     EXPECT_EQ(clicked->count(), 5);
     EXPECT_EQ(isChecked(), item("it")->property("checkable").toBool());
+}
+
+TEST_P(PressedControl, actsOnceForAKeyThatIsHeld)
+{
+    tabTo(item("it"));
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Enter}) {
+        clicked->clear();
+        QTest::keyPress(window.get(), key);
+        for (int i = 0; i < 3; ++i) {
+            QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(window.get(), &held);
+        }
+        QTest::keyRelease(window.get(), key);
+        EXPECT_EQ(clicked->count(), 1) << key;
+    }
 }
 
 TEST_P(PressedControl, doesNotActWhileItIsDisabled)

@@ -70,6 +70,19 @@ TEST_F(Picker, isOperatedByAssistiveTechnology)
     QTRY_VERIFY(!isOpen());
 }
 
+TEST_F(Picker, followsItsOwnerAlsoAfterAChoiceByAssistiveTechnology)
+{
+    showSource("property int chosen: 0\n"
+               "ComboBox { objectName: 'it'; model: ['one', 'two', 'three']; currentIndex: page.chosen\n"
+               "onActivated: index => page.chosen = index }");
+    pressAccessibly(item("it"));
+    QTest::qWait(50);
+    pressAccessibly(named("two"));
+    EXPECT_EQ(root->property("chosen"), 1);
+    root->setProperty("chosen", 2);
+    EXPECT_EQ(current(), 2);
+}
+
 TEST_F(Picker, isOperatedByKeys)
 {
     tabTo(item("it"));
