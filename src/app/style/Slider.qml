@@ -5,6 +5,26 @@ import QtQuick.Templates as T
 T.Slider {
     id: control
 
+    // The part of the whole by which an arrow key moves the value, where stepSize says nothing of it. The value must not
+    // be bound then.
+    property real keyPart: 0
+
+    function step(direction) {
+        if (keyPart > 0)
+            value = Math.max(from, Math.min(value + direction * keyPart * (to - from), to));
+        else if (direction > 0)
+            increase();
+        else
+            decrease();
+    }
+
+    function stepByKey(event, direction) {
+        if (keyPart > 0)
+            step(direction);
+        else
+            event.accepted = false;
+    }
+
     implicitWidth: 180
     implicitHeight: 24
     leftPadding: 0
@@ -14,16 +34,19 @@ T.Slider {
     Accessible.role: Accessible.Slider
     Accessible.onIncreaseAction: {
         if (enabled) {
-            increase();
+            step(1);
             moved();
         }
     }
     Accessible.onDecreaseAction: {
         if (enabled) {
-            decrease();
+            step(-1);
             moved();
         }
     }
+
+    Keys.onLeftPressed: event => stepByKey(event, -1)
+    Keys.onRightPressed: event => stepByKey(event, 1)
 
     background: Rectangle {
         y: 10

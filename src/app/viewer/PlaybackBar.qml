@@ -48,6 +48,7 @@ Card {
         anchors.verticalCenter: parent.verticalCenter
         width: 180
         from: 0
+        keyPart: 0.05
         enabled: bar.view.canSeek
         Accessible.name: "Playback position"
         Component.onCompleted: follow()

@@ -52,20 +52,14 @@ Card {
                     isFollowing = false;
                 }
 
-                // A key moves by a part of the whole that can be heard.
-                function moveBy(part) {
-                    value = Math.max(from, Math.min(value + part * (to - from), to));
-                }
-
                 objectName: "positionSlider"
                 x: 48
                 anchors.verticalCenter: parent.verticalCenter
                 width: 264
                 from: 0
+                keyPart: 0.05
                 Accessible.name: "Playback position"
                 Component.onCompleted: follow()
-                Keys.onLeftPressed: moveBy(-0.05)
-                Keys.onRightPressed: moveBy(0.05)
                 onPressedChanged: card.view.playback.isScrubbing = pressed
                 // Assistive technology moves the value without saying that it moved.
                 onValueChanged: {

@@ -1,5 +1,6 @@
 #include "viewer_window.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QElapsedTimer>
 
@@ -166,6 +167,23 @@ TEST_F(ViewerWindow, movingTheSliderSeeksAndFollowingDoesNot)
     EXPECT_NEAR(seeks.back(), 69, 2);
     click(item("playButton"));
     EXPECT_EQ(toggles, 1);
+}
+
+TEST_F(ViewerWindow, aKeyMovesTheSliderByAPartThatCanBeHeard)
+{
+    fill(3);
+    open();
+    viewer.model().setCurrentTime(20);
+    QQuickItem *const slider = item("playbackSlider");
+    slider->forceActiveFocus(Qt::TabFocusReason);
+    press(Qt::Key_Right);
+    ASSERT_EQ(seeks.size(), 1U);
+    EXPECT_NEAR(seeks.back(), 20 + 138 * 0.05, 1e-6);
+    pressAccessibly(slider, QAccessibleActionInterface::increaseAction());
+    EXPECT_NEAR(seeks.back(), 20 + 138 * 0.1, 1e-6);
+    for (int i = 0; i < 5; ++i)
+        press(Qt::Key_Left);
+    EXPECT_EQ(seeks.back(), 0);
 }
 
 TEST_F(ViewerWindow, searchesStepsAndPaintsTheHits)
