@@ -19,12 +19,28 @@ Flickable {
         return Math.min(first, Math.max(0, begin - revealMargin));
     }
 
+    // Where the item stands, without what is cut off of it by a list that it stands in.
+    function uncutPlace(item) {
+        const place = item.mapToItem(contentItem, 0, 0, item.width, item.height);
+        let [left, top, right, bottom] = [place.left, place.top, place.right, place.bottom];
+        for (let frame = item.parent; frame !== contentItem; frame = frame.parent) {
+            if (!frame.clip)
+                continue;
+            const cut = frame.mapToItem(contentItem, 0, 0, frame.width, frame.height);
+            left = Math.max(cut.left, Math.min(left, cut.right));
+            right = Math.max(left, Math.min(right, cut.right));
+            top = Math.max(cut.top, Math.min(top, cut.bottom));
+            bottom = Math.max(top, Math.min(bottom, cut.bottom));
+        }
+        return { left, top, right, bottom };
+    }
+
     function reveal(item) {
         if (!item || !isInside(item))
             return;
-        const place = item.mapToItem(contentItem, 0, 0);
-        contentX = revealing(place.x, place.x + item.width, contentX, width, contentWidth);
-        contentY = revealing(place.y, place.y + item.height, contentY, height, contentHeight);
+        const place = uncutPlace(item);
+        contentX = revealing(place.left, place.right, contentX, width, contentWidth);
+        contentY = revealing(place.top, place.bottom, contentY, height, contentHeight);
     }
 
     boundsBehavior: Flickable.StopAtBounds

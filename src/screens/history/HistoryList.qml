@@ -45,6 +45,7 @@ Item {
             function step(rows) {
                 usedByKeyboard = true;
                 column.view.selectRow(column.view.selectedRow + rows);
+                showSelection(); // also one that was selected already, and has been scrolled out of sight
             }
 
             function showSelection() {
@@ -107,8 +108,8 @@ Item {
             Connections {
                 target: column.view
 
-                function onSelectionChanged() {
-                    list.showSelection();
+                function onScrollToRow(row) {
+                    list.positionViewAtIndex(row, ListView.Contain);
                 }
             }
         }

@@ -60,6 +60,7 @@ void HistoryView::setSearchText(const QString &searchText)
     emit searchTextChanged();
     rowsChanged();
     ensureValidSelection();
+    scrollToSelection();
 }
 
 void HistoryView::selectRow(int row)
@@ -157,7 +158,10 @@ void HistoryView::followEntries()
     };
     connect(m_history.list(), &QAbstractItemModel::rowsInserted, this, follow);
     connect(m_history.list(), &QAbstractItemModel::rowsRemoved, this, follow);
-    connect(m_history.list(), &QAbstractItemModel::modelReset, this, follow);
+    connect(m_history.list(), &QAbstractItemModel::modelReset, this, [this, follow] {
+        follow();
+        scrollToSelection();
+    });
 }
 
 void HistoryView::followPlayback()
@@ -182,6 +186,12 @@ void HistoryView::rowsChanged()
 {
     m_selectedRow = m_selectedID ? m_filteredEntries.rowOf(*m_selectedID) : -1;
     emit selectionChanged();
+}
+
+void HistoryView::scrollToSelection()
+{
+    if (m_selectedRow >= 0)
+        emit scrollToRow(m_selectedRow);
 }
 
 void HistoryView::entriesChanged()
@@ -213,6 +223,7 @@ void HistoryView::select(const std::optional<QString> &id)
     m_playback.stopPlayback();
     syncSelection();
     rowsChanged();
+    scrollToSelection();
 }
 
 /// Shows the selected entry everywhere. A closed viewer window is brought up to date when it opens.

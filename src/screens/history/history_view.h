@@ -117,12 +117,16 @@ Q_SIGNALS:
     void exportErrorChanged();
     void storeErrorChanged();
     void showDeleteConfirmationChanged();
+    /// The row is to be brought into sight: it was selected, or the rows are others. One that comes or goes beside it
+    /// moves nothing that is being looked at.
+    void scrollToRow(int row);
 
 private:
     TranscriptViewer::Screen viewerScreen();
     void followEntries();
     void followPlayback();
     void rowsChanged();
+    void scrollToSelection();
     void entriesChanged();
     void ensureValidSelection();
     void select(const std::optional<QString> &id);

@@ -157,6 +157,34 @@ TEST_F(HistoryPageRows, areMadeOnlyForWhatIsInSight)
     EXPECT_EQ(screen.selectedRow(), 3000);
 }
 
+TEST_F(HistoryPageRows, stayWhereTheyAreReadWhenAnEntryComesWhileTheSelectionIsOutOfSight)
+{
+    QList<TranscriptionHistoryEntry> entries;
+    for (int i = 0; i < 100; ++i) {
+        entries << entry(QString("/music/%1.wav").arg(i), "Words.");
+        entries.last().id = QString::number(i);
+    }
+    write(entries);
+    showPage();
+    list()->setProperty("contentY", 5000);
+    settle();
+    const QQuickItem *const read = row(50);
+    const double y = place(read).top();
+    ASSERT_GE(y, place(list()).top());
+    bench.history.addEntry({.text = "New"});
+    settle();
+    EXPECT_EQ(row(51), read);
+    EXPECT_EQ(place(read).top(), y);
+
+    tabTo(list());
+    press(Qt::Key_Up);
+    EXPECT_EQ(screen.selectedRow(), 0);
+    EXPECT_GE(place(row(0)).top(), place(list()).top()) << "what is selected is brought into sight";
+    list()->setProperty("contentY", 5000);
+    press(Qt::Key_Up);
+    EXPECT_GE(place(row(0)).top(), place(list()).top()) << "also if it was selected before";
+}
+
 TEST_F(HistoryPageRows, cutLongNamesAndTagsWithinTheRow)
 {
     TranscriptionHistoryEntry long1 =
@@ -281,6 +309,21 @@ TEST_F(HistoryPageDetail, textIsSelectedAndCopiedAsAWhole)
     press(Qt::Key_X);
     EXPECT_EQ(words->property("text").toString(), "Good morning.\nHow are you?") << "it cannot be changed";
     EXPECT_EQ(words->height(), 42) << "two lines of 21";
+}
+
+TEST_F(HistoryPageDetail, aClickIntoALongTextLeavesItWhereItIs)
+{
+    write({recorded("/music/talk.wav", QString("A line of a talk.\n").repeated(200))});
+    showPage(940, 400);
+    QQuickItem *const area = item("historyDetail");
+    const double end = area->property("contentHeight").toDouble() - area->height();
+    ASSERT_GT(end, 20);
+    area->setProperty("contentY", end);
+    item("entryText")->setProperty("contentY", 2000);
+    click(item("entryText"));
+    settle();
+    EXPECT_TRUE(textEdit()->hasActiveFocus());
+    EXPECT_EQ(area->property("contentY").toDouble(), end);
 }
 
 TEST_F(HistoryPageDetail, showsAnotherTextFromItsBeginningAndWithNothingSelected)
