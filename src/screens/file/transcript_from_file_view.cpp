@@ -93,6 +93,7 @@ void TranscriptFromFileView::selectFile(const QString &path)
     if (m_selectedFile != path)
         m_playback.stopPlayback();
     m_selectedFile = path;
+    m_playback.refreshPlaybackState(); // the viewer shows how long the file is
     run()->clearTranscript();
     run()->setStatus(QString());
     run()->setError(std::nullopt);

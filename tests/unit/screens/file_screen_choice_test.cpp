@@ -88,6 +88,21 @@ TEST_F(FileScreenChoice, choosingClearsTranscriptStatusAndError)
     EXPECT_EQ(textChanged.count(), 1) << "there was nothing left to clear";
 }
 
+TEST_F(FileScreenChoice, theViewerShowsHowLongTheChosenFileIs)
+{
+    const QString two = bench.file(u"two.wav"_qs);
+    const QString three = bench.file(u"three.wav"_qs);
+    writeWav(two, 2);
+    writeWav(three, 3);
+    const TranscriptWindowModel &viewer = screen->pane()->viewer()->model();
+    choose(two);
+    waitFor([&viewer] { return viewer.playbackDuration() == 2; });
+    choose(three);
+    waitFor([&viewer] { return viewer.playbackDuration() == 3; });
+    choose(u"/music/gone.wav"_qs);
+    waitFor([&viewer] { return viewer.playbackDuration() == 0; });
+}
+
 TEST_F(FileScreenChoice, aFileChosenDuringARunDoesNotLoseTheRunsText)
 {
     useModel(twoLines + "sleep 400\n");
