@@ -1,5 +1,6 @@
 #include "screens/microphone/record_audio_view.h"
 
+#include "core/transcript_text.h"
 #include "platform/error.h"
 #include "platform/file_system.h"
 #include "platform/folders.h"
@@ -32,12 +33,6 @@ void removeIfThere(const QString &path)
 }
 
 } // namespace
-
-QString recordingTimeText(double seconds)
-{
-    const auto whole = std::max(0LL, std::llround(seconds));
-    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QChar(u'0'));
-}
 
 RecordAudioView::Input RecordAudioView::systemInput(Microphone::Events events)
 {
@@ -122,7 +117,7 @@ QString RecordAudioView::heading() const
 
 QString RecordAudioView::recordingStatusText() const
 {
-    const QString time = recordingTimeText(m_recordingDuration);
+    const QString time = formatClock(m_recordingDuration);
     if (m_isRecording)
         return (m_isPaused ? QStringLiteral("Paused at ") : QStringLiteral("Recording time: ")) + time;
     if (!m_selectedFile)

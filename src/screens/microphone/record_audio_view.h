@@ -14,9 +14,6 @@
 
 namespace sorvanta {
 
-/// "1:05" of seconds, which are rounded to whole ones and no less than 0.
-QString recordingTimeText(double seconds);
-
 /// The screen that records the microphone and turns the take into a transcript. Main thread only.
 class RecordAudioView : public sorvanta::TranscriptionScreen { // the whole name, by which QML finds the base
     Q_OBJECT
@@ -137,7 +134,7 @@ private:
     std::optional<double> m_recordingStart; // of the running stretch, on the clock
     std::optional<QString> m_interruption; // what the error says while no sound comes
     const std::function<double()> m_seconds;
-    QTimer m_recordingTimer;
+    QTimer m_recordingTimer{this};
     PlaybackController m_playback;
     TranscriptPane m_pane;
     Input m_input;
