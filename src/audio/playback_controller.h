@@ -18,11 +18,7 @@ namespace sorvanta {
 /// only. There is no player, or it plays, or it is paused.
 class PlaybackController : public QObject {
     Q_OBJECT
-    Q_PROPERTY(bool isPlaying READ isPlaying NOTIFY isPlayingChanged)
-    Q_PROPERTY(bool isPlaybackPaused READ isPlaybackPaused NOTIFY isPlaybackPausedChanged)
-    Q_PROPERTY(bool isRunning READ isRunning NOTIFY isRunningChanged)
     Q_PROPERTY(double playbackTime READ playbackTime NOTIFY playbackTimeChanged)
-    Q_PROPERTY(double playbackDuration READ playbackDuration NOTIFY playbackDurationChanged)
     Q_PROPERTY(double sliderEnd READ sliderEnd NOTIFY playbackDurationChanged)
     Q_PROPERTY(bool isScrubbing READ isScrubbingAudio WRITE setScrubbingAudio NOTIFY isScrubbingAudioChanged)
 
@@ -43,7 +39,7 @@ public:
     ~PlaybackController() override;
 
     /// Plays the screen's file, or pauses it.
-    Q_INVOKABLE void togglePlayback();
+    void togglePlayback();
 
     /// Moves the position, to no less than 0 and no more than the duration.
     Q_INVOKABLE void seekPlayback(double seconds);
@@ -51,7 +47,7 @@ public:
     /// Releases the player.
     /// @param reset the position goes to 0 and no segment is marked; else the position stays where it was. Where
     ///        the end of the file makes the screen forget it, so does a stop, whatever `reset` says
-    Q_INVOKABLE void stopPlayback(bool reset = true);
+    void stopPlayback(bool reset = true);
 
     /// Reads the duration of the screen's file anew, on a worker; 0 if there is no file, or its duration is unknown.
     void refreshPlaybackState();

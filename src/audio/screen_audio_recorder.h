@@ -20,9 +20,6 @@ namespace sorvanta {
 /// Main thread only. Its errors have the domain "MeetingRecorder".
 class ScreenAudioRecorder : public QObject {
     Q_OBJECT
-    Q_PROPERTY(bool isRecording READ isRecording NOTIFY isRecordingChanged)
-    Q_PROPERTY(bool isStarting READ isStarting NOTIFY isStartingChanged)
-    Q_PROPERTY(bool isPaused READ isPaused NOTIFY isPausedChanged)
 
 public:
     /// What the recorder works with. All functions are called on the main thread.

@@ -4,12 +4,6 @@ namespace sorvanta {
 
 namespace {
 
-ExportMessages messagesOf(TranscriptionRun &run)
-{
-    return {.setMessage = [&run](const std::optional<QString> &message) { run.setStatus(message.value_or(QString())); },
-            .setError = [&run](const std::optional<QString> &error) { run.setError(error); }};
-}
-
 ExportInput inputOf(const TranscriptionRun &run)
 {
     return {run.displayedTranscript(), parseTimedSegments(run.rawOutput(), run.stripDashes())};
@@ -36,6 +30,12 @@ RunExports::RunExports(const Settings &settings)
     QObject::connect(&settings.run, &TranscriptionRun::hasShownTextChanged, m_menu, follow);
     QObject::connect(&settings.run, &TranscriptionRun::hasSegmentsChanged, m_menu, follow);
     follow();
+}
+
+ExportMessages messagesOf(RunState &run)
+{
+    return {.setMessage = [&run](const std::optional<QString> &message) { run.setStatus(message.value_or(QString())); },
+            .setError = [&run](const std::optional<QString> &error) { run.setError(error); }};
 }
 
 } // namespace sorvanta

@@ -33,4 +33,8 @@ private:
     ExportMenu *m_menu;
 };
 
+/// The messages of a screen's exports go to the status and the error of its run.
+/// @param run outlives them
+ExportMessages messagesOf(RunState &run);
+
 } // namespace sorvanta

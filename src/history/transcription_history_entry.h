@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QMetaType>
 #include <QString>
 
 #include <optional>
@@ -10,15 +9,6 @@ namespace sorvanta {
 /// One finished transcription, or one recording that waits for its transcription. Once in the history it does not
 /// change.
 struct TranscriptionHistoryEntry {
-    Q_GADGET
-    Q_PROPERTY(QString id MEMBER id CONSTANT)
-    Q_PROPERTY(QString text MEMBER text CONSTANT)
-    Q_PROPERTY(QString sourceLabel MEMBER sourceLabel CONSTANT)
-    Q_PROPERTY(QString model MEMBER model CONSTANT)
-    Q_PROPERTY(QString language MEMBER language CONSTANT)
-    Q_PROPERTY(QString createdAt MEMBER createdAt CONSTANT)
-
-public:
     /// Milliseconds since 1970 in decimal, "-", six lower-case characters: "1770000000123-a1b2c3". No part of the
     /// names of the entry's files.
     QString id;

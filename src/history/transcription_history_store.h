@@ -48,8 +48,6 @@ QString historyBaseFolder(const std::optional<QString> &applicationSupportFolder
 /// they return, and none throws: what fails becomes the error message.
 class TranscriptionHistoryStore : public QObject {
     Q_OBJECT
-    Q_PROPERTY(sorvanta::HistoryListModel *list READ list CONSTANT)
-    Q_PROPERTY(QString errorText READ errorText NOTIFY errorMessageChanged)
 
 public:
     /// The store of this user, made on first use and never released.
@@ -87,7 +85,7 @@ public:
 
     /// Removes the first entry with that id and its files, and saves the list. A recording outside of the store's own
     /// folder stays. Without such an entry nothing happens.
-    Q_INVOKABLE void deleteEntry(const QString &id);
+    void deleteEntry(const QString &id);
 
     /// Makes the base folder and the two folders in it where they are missing; says nothing if that fails.
     void ensureDirectories();

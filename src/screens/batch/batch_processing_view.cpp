@@ -1,5 +1,6 @@
 #include "screens/batch/batch_processing_view.h"
 
+#include "export/run_exports.h"
 #include "export/text_export.h"
 #include "history/transcription_history_store.h"
 #include "platform/desktop/file_panels.h"
@@ -24,12 +25,6 @@ TranscriptPaneSettings paneSettings()
             .staysWithoutText = true,
             .showLogsLabel = QStringLiteral("Show Full Logs"),
             .logsTitle = QStringLiteral("Full Logs")};
-}
-
-ExportMessages messagesOf(BatchRun &run)
-{
-    return {.setMessage = [&run](const std::optional<QString> &message) { run.setStatus(message.value_or(QString())); },
-            .setError = [&run](const std::optional<QString> &error) { run.setError(error); }};
 }
 
 } // namespace

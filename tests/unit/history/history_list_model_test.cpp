@@ -4,7 +4,6 @@
 #include "support/printing.h"
 
 #include <QAbstractItemModelTester>
-#include <QMetaProperty>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -64,21 +63,6 @@ TEST_F(HistoryList, givesViewsTheWholeEntryAsOneRole)
     EXPECT_FALSE(model.data({}, HistoryListModel::EntryRole).isValid());
     EXPECT_EQ(model.rowCount(), 1);
     EXPECT_EQ(model.rowCount(model.index(0)), 0);
-}
-
-TEST(HistoryEntry, tellsViewsItsTexts)
-{
-    const TranscriptionHistoryEntry entry = historyEntry("1");
-    const auto read = [&entry](const char *name) {
-        const QMetaObject &metaObject = TranscriptionHistoryEntry::staticMetaObject;
-        return metaObject.property(metaObject.indexOfProperty(name)).readOnGadget(&entry).toString();
-    };
-    EXPECT_EQ(read("id"), entry.id);
-    EXPECT_EQ(read("text"), entry.text);
-    EXPECT_EQ(read("sourceLabel"), entry.sourceLabel);
-    EXPECT_EQ(read("model"), entry.model);
-    EXPECT_EQ(read("language"), entry.language);
-    EXPECT_EQ(read("createdAt"), entry.createdAt);
 }
 
 } // namespace
