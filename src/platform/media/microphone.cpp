@@ -1,5 +1,7 @@
 #include "platform/media/microphone.h"
 
+#include "platform/main_queue.h"
+
 #include <utility>
 
 namespace sorvanta {
@@ -13,30 +15,39 @@ Microphone::Microphone(const AudioFormat &format, QString threadName, Events eve
 
 void Microphone::requestAccess(std::function<void(bool)> answer)
 {
+    m_request = std::make_shared<int>();
     m_answer = std::move(answer);
     m_failure.reset();
     m_capture.reset();
-    m_capture = std::make_unique<SoundCapture>(
-        SoundSource::Microphone, m_format, m_threadName,
-        SoundCapture::Events{.opened = [this] { this->answer(true); },
-                             .failedToOpen =
-                                 [this](const Error &failure) {
-                                     m_failure = failure;
-                                     this->answer(failure.code() != SoundCapture::Refused
-                                                  && failure.code() != SoundCapture::NoDevice);
-                                 },
-                             .interrupted = m_events.interrupted,
-                             .resumed = m_events.resumed});
+    try {
+        m_capture = std::make_unique<SoundCapture>(
+            SoundSource::Microphone, m_format, m_threadName,
+            SoundCapture::Events{.opened = [this] { this->answer(true); },
+                                 .failedToOpen = [this](const Error &failure) { fail(failure); },
+                                 .interrupted = m_events.interrupted,
+                                 .resumed = m_events.resumed});
+    } catch (const Error &failure) {
+        postToMain([this, request = std::weak_ptr(m_request), failure] {
+            if (!request.expired())
+                fail(failure);
+        });
+    }
+}
+
+void Microphone::fail(const Error &failure)
+{
+    m_failure = failure;
+    answer(failure.code() != SoundCapture::Refused && failure.code() != SoundCapture::NoDevice);
 }
 
 void Microphone::answer(bool isGranted)
 {
     if (!isGranted)
         m_capture.reset();
-    const std::weak_ptr<int> life = m_life;
+    const std::weak_ptr<int> request = m_request;
     if (const auto answer = std::exchange(m_answer, {}))
         answer(isGranted);
-    if (!life.expired() && !m_answer)
+    if (!request.expired())
         m_capture.reset();
 }
 

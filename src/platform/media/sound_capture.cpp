@@ -30,6 +30,17 @@ struct FreeLoop {
     void operator()(pa_mainloop *loop) const { pa_mainloop_free(loop); }
 };
 
+using Loop = std::unique_ptr<pa_mainloop, FreeLoop>;
+
+/// A loop needs a pipe, and nothing else that could be refused.
+Loop newLoop()
+{
+    Loop loop(pa_mainloop_new());
+    if (!loop)
+        throw captureError(SoundCapture::OtherFailure, QStringLiteral("Too many files are open."));
+    return loop;
+}
+
 } // namespace
 
 /// All but the constructor, the destructor and start() belongs to the thread of the capture.
@@ -40,7 +51,7 @@ public:
         , m_format(format)
         , m_events(std::make_shared<Events>(std::move(events)))
         , m_clock(format.sampleRate)
-        , m_loop(pa_mainloop_new())
+        , m_loop(newLoop())
         , m_thread(namedThread(threadName, [this] { run(); }))
     {
     }
@@ -165,7 +176,7 @@ private:
     bool m_isInterrupted = false;
     std::optional<Error> m_lastFailure;
 
-    std::unique_ptr<pa_mainloop, FreeLoop> m_loop;
+    Loop m_loop;
     std::thread m_thread;
 };
 

@@ -46,7 +46,7 @@ public:
 
     /// @param format in which the sound is asked for; the server converts
     /// @param threadName of the thread that receives the sound; see runOnNamedThread()
-    /// @throws Error if the system has no thread to give
+    /// @throws Error if the system has no thread to give, or no file
     SoundCapture(SoundSource source, const AudioFormat &format, const QString &threadName, Events events);
     /// Ends the capture; `receive` is not called any more once this returns.
     ~SoundCapture();

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -18,11 +19,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto bufferLength = 20ms;
-
-Error captureError(SoundCapture::Failure failure, const QString &description)
-{
-    return {QStringLiteral("SoundCapture"), failure, description};
-}
+/// So long an answer of the server may have been on its way.
+constexpr std::chrono::microseconds longestWay = 20ms;
 
 Error noDeviceError(SoundSource source)
 {
@@ -63,6 +61,11 @@ pa_sample_spec sampleSpec(const AudioFormat &format)
 }
 
 } // namespace
+
+Error captureError(SoundCapture::Failure failure, const QString &description)
+{
+    return {QStringLiteral("SoundCapture"), failure, description};
+}
 
 Error noAnswerError()
 {
@@ -174,6 +177,7 @@ void SoundConnection::takeSink(const pa_sink_info *info, int end)
     dropStream();
     m_listener.interrupted();
     m_position = 0;
+    m_told.reset();
     m_isTimeKnown = false;
     openStream(m_device.constData(), PA_STREAM_DONT_MOVE);
 }
@@ -191,6 +195,8 @@ void SoundConnection::openStream(const char *device, pa_stream_flags_t flags)
         m_stream, [](pa_stream *, void *self) { static_cast<SoundConnection *>(self)->streamChanged(); }, this);
     pa_stream_set_read_callback(
         m_stream, [](pa_stream *, size_t, void *self) { static_cast<SoundConnection *>(self)->read(); }, this);
+    pa_stream_set_latency_update_callback(
+        m_stream, [](pa_stream *, void *self) { static_cast<SoundConnection *>(self)->timeTold(); }, this);
     for (const auto setCallback :
          {pa_stream_set_moved_callback, pa_stream_set_suspended_callback, pa_stream_set_overflow_callback}) {
         setCallback(
@@ -211,6 +217,7 @@ void SoundConnection::dropStream()
         return;
     pa_stream_set_state_callback(m_stream, nullptr, nullptr);
     pa_stream_set_read_callback(m_stream, nullptr, nullptr);
+    pa_stream_set_latency_update_callback(m_stream, nullptr, nullptr);
     pa_stream_set_moved_callback(m_stream, nullptr, nullptr);
     pa_stream_set_suspended_callback(m_stream, nullptr, nullptr);
     pa_stream_set_overflow_callback(m_stream, nullptr, nullptr);
@@ -252,22 +259,30 @@ void SoundConnection::read()
     }
 }
 
-/// The server tells now and then how far the stream has come and how old the sound is there.
+/// The server tells now and then how far the stream has come and how old the sound is there. The moment is told by the
+/// clock of the day, which may be set at any time, and so it is brought to ours at once.
+void SoundConnection::timeTold()
+{
+    if (const pa_timing_info *told = pa_stream_get_timing_info(m_stream)) {
+        const std::chrono::microseconds way(pa_timeval_age(&told->timestamp));
+        m_told = SoundTime::clock::now() - std::min(way, longestWay);
+    }
+}
+
 void SoundConnection::deliver(std::span<const std::byte> frames)
 {
     const pa_timing_info *told = pa_stream_get_timing_info(m_stream);
-    const SoundTime now = SoundTime::clock::now();
-    if (!told || told->write_index <= 0) {
+    if (!told || !m_told || told->write_index <= 0) {
         if (m_position == 0)
             ask(pa_stream_update_timing_info(m_stream, nullptr, nullptr));
+        const SoundTime now = SoundTime::clock::now();
         m_listener.received(frames, now - duration(static_cast<qint64>(frames.size())), false);
         return;
     }
     if (!std::exchange(m_isTimeKnown, true))
         m_listener.interrupted();
-    const std::chrono::microseconds sinceTold(pa_timeval_age(&told->timestamp));
     const std::chrono::microseconds age(static_cast<qint64>(told->source_usec) - static_cast<qint64>(told->sink_usec));
-    m_listener.received(frames, now - sinceTold - age + duration(m_position - told->write_index), true);
+    m_listener.received(frames, *m_told - age + duration(m_position - told->write_index), true);
 }
 
 SoundTime::duration SoundConnection::duration(qint64 bytes) const

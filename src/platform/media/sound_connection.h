@@ -19,6 +19,8 @@
 
 namespace sorvanta {
 
+Error captureError(SoundCapture::Failure failure, const QString &description);
+
 /// What a capture says of a server, or of a device, that hangs.
 Error noAnswerError();
 
@@ -52,6 +54,7 @@ private:
     void openStream(const char *device, pa_stream_flags_t flags);
     void dropStream();
     void streamChanged();
+    void timeTold();
     void read();
     void deliver(std::span<const std::byte> frames);
     SoundTime::duration duration(qint64 bytes) const;
@@ -66,6 +69,8 @@ private:
     QByteArray m_defaultSink;
     QByteArray m_device; ///< the monitor that is captured
     qint64 m_position = 0; ///< how many bytes of the stream were read
+    /// When the server was as far as it told last.
+    std::optional<SoundTime> m_told;
     bool m_isTimeKnown = false;
     bool m_isOpen = false;
     std::optional<Error> m_failure;

@@ -5,7 +5,25 @@
 #include <cstring>
 #include <mutex>
 
+#include <sys/time.h>
+
 using namespace sorvanta;
+
+namespace {
+
+/// How far somebody has set the clock of the day ahead.
+std::atomic<time_t> secondsAhead = 0;
+
+} // namespace
+
+/// In the place of the C library's, also for the library of the sound server.
+extern "C" int gettimeofday(timeval *time, void *) noexcept
+{
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    *time = {now.tv_sec + secondsAhead, now.tv_nsec / 1000};
+    return 0;
+}
 
 namespace {
 
@@ -140,6 +158,19 @@ TEST_F(SoundCaptureTest, tellsWhenSoundWasHeardWithoutABreak)
     EXPECT_EQ(listener.breaks(), breaks);
     EXPECT_NEAR(secondsSince(listener.end()), 0.02, 0.05) << "the latest sound is new";
     EXPECT_NEAR(std::chrono::duration<double>(listener.end() - begin).count(), 1.5, 0.1);
+}
+
+TEST_F(SoundCaptureTest, goesOnWithoutABreakWhenTheClockOfTheDayIsSet)
+{
+    Listener listener(SoundSource::Microphone, voice);
+    open(listener);
+    QTest::qWait(1000);
+    const std::size_t breaks = listener.breaks();
+    for (int i = 0; i < 4; ++i) {
+        ++secondsAhead; // at another distance each time from when the server tells its own
+        QTest::qWait(400);
+    }
+    EXPECT_EQ(listener.breaks(), breaks);
 }
 
 TEST_F(SoundCaptureTest, followsTheUserToAnotherMicrophone)
