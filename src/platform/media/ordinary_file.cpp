@@ -73,6 +73,7 @@ void makeOrdinary(const QString &path)
             throw writingError(path, output.systemError());
         throw;
     }
+    output.flushToDisk();
     output.close();
     if (output.systemError() != 0)
         throw writingError(path, output.systemError());

@@ -14,8 +14,7 @@ constexpr int bufferSize = 256 * 1024;
 
 FileDescriptor createFile(const QString &path)
 {
-    FileDescriptor descriptor(
-        ::open(encodedPath(path).constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    FileDescriptor descriptor = opened(encodedPath(path), O_RDWR | O_CREAT | O_EXCL, privateFileMode);
     if (!descriptor.isOpen())
         throw writingError(path, errno);
     return descriptor;
@@ -32,6 +31,12 @@ OutputFile::OutputFile(const QString &path)
         av_free(buffer);
         ffmpeg::checked(AVERROR(ENOMEM));
     }
+}
+
+void OutputFile::flushToDisk()
+{
+    if (::fsync(m_descriptor.number()) != 0 && m_systemError == 0)
+        m_systemError = errno;
 }
 
 void OutputFile::close()

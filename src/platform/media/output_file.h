@@ -17,9 +17,11 @@ public:
     OutputFile &operator=(const OutputFile &) = delete;
 
     AVIOContext *context() const { return m_context.get(); }
+    /// Makes sure that what was written outlasts a loss of power.
+    void flushToDisk();
     /// Closes the file; what was not written yet is lost.
     void close();
-    /// The system's error number of the first write or of the closing that failed, or 0.
+    /// The system's error number of the first write, flush or closing that failed, or 0.
     int systemError() const { return m_systemError; }
 
 private:
