@@ -21,24 +21,28 @@ std::atomic<bool> hasBegunToQuit = false;
 /// as there are any, and a worker that posts faster than the work is done would keep windows and timers waiting.
 class MainQueue : public QObject {
 public:
-    explicit MainQueue(QCoreApplication *application)
-        : QObject(application)
+    MainQueue()
     {
+        const std::scoped_lock lock(mutex);
         current = this;
     }
-    ~MainQueue() override { current = nullptr; }
+    ~MainQueue() override
+    {
+        const std::scoped_lock lock(mutex);
+        current = nullptr;
+    }
 
-    /// The one of the application, which goes with it; none where there is no application.
-    static inline std::atomic<MainQueue *> current = nullptr;
+    /// Main thread.
+    static void destroyCurrent() { delete current; }
 
     /// Any thread. The work is handed over under a lock of our own, which the thread sanitizer sees; Qt's are unseen.
-    void post(std::function<void()> work)
+    static void post(std::function<void()> work)
     {
-        {
-            const std::scoped_lock lock(m_mutex);
-            m_posted.push_back(std::move(work));
-        }
-        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        const std::scoped_lock lock(mutex);
+        if (!current)
+            return;
+        current->m_posted.push_back(std::move(work));
+        QCoreApplication::postEvent(current, new QEvent(QEvent::User));
     }
 
 private:
@@ -53,7 +57,7 @@ private:
 
     std::function<void()> nextPosted()
     {
-        const std::scoped_lock lock(m_mutex);
+        const std::scoped_lock lock(mutex);
         std::function<void()> work = std::move(m_posted.front());
         m_posted.pop_front();
         return work;
@@ -85,8 +89,9 @@ private:
         }
     }
 
-    std::mutex m_mutex;
-    std::deque<std::function<void()>> m_posted; // guarded by the mutex
+    static inline std::mutex mutex; // of what other threads use: the next two
+    static inline MainQueue *current = nullptr; // the one of the application, if there is one
+    std::deque<std::function<void()>> m_posted;
     std::deque<std::function<void()>> m_waiting; // of the main thread
     QElapsedTimer m_stretch;
     bool m_isRoundComing = false;
@@ -95,7 +100,9 @@ private:
 void beginWithApplication()
 {
     QCoreApplication *application = QCoreApplication::instance();
-    new MainQueue(application); // which owns it
+    new MainQueue;
+    // While all that a post makes use of in the application still stands.
+    qAddPostRoutine(MainQueue::destroyCurrent);
     QObject::connect(application, &QCoreApplication::aboutToQuit, [] { hasBegunToQuit = true; });
 }
 Q_COREAPP_STARTUP_FUNCTION(beginWithApplication)
@@ -104,8 +111,7 @@ Q_COREAPP_STARTUP_FUNCTION(beginWithApplication)
 
 void postToMain(std::function<void()> work)
 {
-    if (MainQueue *queue = MainQueue::current)
-        queue->post(std::move(work));
+    MainQueue::post(std::move(work));
 }
 
 bool isMainThread()

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QProcess>
 #include <QTest>
 #include <QThread>
 #include <QTimer>
@@ -75,6 +76,15 @@ TEST(PostToMain, goesOnInAnEventLoopOfTheWork)
     postToMain([&order] { order.push_back(3); });
     ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == 3; }, 5000));
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
+}
+
+TEST(PostToMain, dropsWhatComesWhenTheApplicationIsGoing)
+{
+    QProcess process;
+    process.start(POST_TO_MAIN_RUN, QStringList());
+    ASSERT_TRUE(process.waitForFinished());
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.readAllStandardOutput(), "All went well.\n");
 }
 
 TEST(RunOnWorker, hasRoomForMoreWorkThanThereAreCores)
