@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <mutex>
 
 #include <poll.h>
 #include <unistd.h>
@@ -28,6 +29,9 @@ bool hasRoom()
 
 void printOnConsole(QByteArrayView bytes)
 {
+    // The room that one thread has seen is not to be taken by another.
+    static std::mutex mutex;
+    const std::scoped_lock lock(mutex);
     while (!bytes.isEmpty() && hasRoom()) {
         const auto piece = bytes.first(std::min<qsizetype>(bytes.size(), PIPE_BUF));
         const ssize_t written = write(STDOUT_FILENO, piece.data(), static_cast<std::size_t>(piece.size()));

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <string>
 #include <thread>
+#include <vector>
+
 #include <unistd.h>
 
 using namespace sorvanta;
@@ -38,6 +41,18 @@ protected:
         return text;
     }
 
+    /// Reads until so many bytes have come.
+    std::string receive(std::size_t size) const
+    {
+        std::string text;
+        std::array<char, 4096> buffer;
+        while (text.size() < size) {
+            const ssize_t count = read(m_pipe[0], buffer.data(), buffer.size());
+            text.append(buffer.data(), static_cast<std::size_t>(count));
+        }
+        return text;
+    }
+
     std::array<int, 2> m_pipe{};
     int m_standardOutput;
 };
@@ -46,17 +61,7 @@ TEST_F(ConsoleTest, writesAllToAReader)
 {
     const std::string text(1'000'000, 'x');
     std::string received;
-    std::thread reader([&] {
-        received = [this] {
-            std::string all;
-            std::array<char, 4096> buffer;
-            while (all.size() < 1'000'000) {
-                const ssize_t count = read(m_pipe[0], buffer.data(), buffer.size());
-                all.append(buffer.data(), static_cast<std::size_t>(count));
-            }
-            return all;
-        }();
-    });
+    std::thread reader([&] { received = receive(text.size()); });
     printOnConsole({text.data(), static_cast<qsizetype>(text.size())});
     reader.join();
     EXPECT_EQ(received, text);
@@ -67,6 +72,21 @@ TEST_F(ConsoleTest, dropsTheRestWhereNobodyReads)
     const std::string text(1'000'000, 'x');
     printOnConsole({text.data(), static_cast<qsizetype>(text.size())});
     EXPECT_LT(readAll().size(), text.size());
+}
+
+TEST_F(ConsoleTest, writesTheTextsOfThreadsOneAfterTheOther)
+{
+    constexpr std::size_t size = 1'000'000;
+    std::vector<std::thread> threads;
+    for (const char letter : {'a', 'b'})
+        threads.emplace_back([text = std::string(size, letter)] {
+            printOnConsole({text.data(), static_cast<qsizetype>(text.size())});
+        });
+    std::string received = receive(2 * size);
+    for (std::thread &thread : threads)
+        thread.join();
+    received.erase(std::unique(received.begin(), received.end()), received.end());
+    EXPECT_EQ(received.size(), 2U);
 }
 
 TEST_F(ConsoleTest, bearsAReaderThatHasGone)
