@@ -8,7 +8,7 @@
 
 namespace sorvanta {
 
-/// The panels in which a user picks files. A test replaces them.
+/// The panels in which a user picks files. A test replaces them. Main thread only.
 class FilePanels {
 public:
     /// Which files an open panel offers.

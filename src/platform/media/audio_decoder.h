@@ -8,9 +8,8 @@
 namespace sorvanta {
 
 /// The first audio track of a file as a stream of decoded frames without holes: where the track begins behind the
-/// file's time zero, or leaves time out, frames of silence stand, so that times stay true,
-/// unless they are so long that only damage explains them. All other tracks are
-/// skipped unread, damaged packets are passed over.
+/// file's time zero, or leaves time out, frames of silence stand, so that times stay true, unless they are so long that
+/// only damage explains them. All other tracks are skipped unread, damaged packets are passed over.
 class AudioDecoder {
 public:
     /// Opens the file and finds the track; nothing is decoded yet. Only this file is ever opened, whatever it refers

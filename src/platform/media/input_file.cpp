@@ -28,7 +28,7 @@ FileDescriptor openRegularFile(const QString &path)
     const QByteArray name = encodedPath(path);
     struct stat status = {};
     requireRegularFile(::stat(name.constData(), &status), status, path);
-    FileDescriptor descriptor(::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    FileDescriptor descriptor = opened(name, O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!descriptor.isOpen())
         throw readingError(path, errno);
     requireRegularFile(::fstat(descriptor.number(), &status), status, path);

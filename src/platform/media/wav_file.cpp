@@ -92,7 +92,7 @@ bool writeAllAt(int file, QByteArrayView bytes, qint64 offset)
 WavFile::WavFile(QString path, const AudioFormat &format)
     : m_path(std::move(path))
     , m_format(format)
-    , m_file(opened(encodedPath(m_path), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, privateFileMode))
+    , m_file(opened(encodedPath(m_path), O_RDWR | O_CREAT | O_EXCL, privateFileMode))
 {
     if (!m_file.isOpen())
         throw writingError(m_path, errno);
