@@ -171,8 +171,8 @@ QStringView stripDashMarkers(QStringView line)
     const QStringView rest = line.sliced(start);
     if (!rest.startsWith(u"- "))
         return line;
-    // A mark on the hyphen or the blank makes another character of it.
-    if (clusters.end(start) != start + 1 || clusters.end(start + 1) != start + 2)
+    // A mark on the blank makes another character of it.
+    if (clusters.end(start + 1) != start + 2)
         return line;
     return trimmedOfWhitespace(rest.sliced(2));
 }

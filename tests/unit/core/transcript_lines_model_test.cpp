@@ -118,8 +118,10 @@ TEST_F(TranscriptLinesModelTest, givesUpThePlainLinesOnceATimedOneComes)
 {
     append(u"loading\nready\n"_qs);
     EXPECT_EQ(seen.rows(), (QStringList{u"loading"_qs, u"ready"_qs}));
+    QSignalSpy counted(&model, &TranscriptLinesModel::countChanged);
     append(u"[00:00:00.000 --> 00:00:01.000]   One\n"_qs);
     EXPECT_EQ(seen.rows(), QStringList{u"One"_qs});
+    EXPECT_EQ(counted.count(), 1);
 }
 
 TEST_F(TranscriptLinesModelTest, strippingChangesRowsInTheirPlaces)

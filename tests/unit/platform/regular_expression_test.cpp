@@ -51,6 +51,11 @@ TEST(RegularExpression, classesAreUnicodeClasses)
     EXPECT_EQ(spans(u"\u00E9", u"e\u0301"), Spans{});
 }
 
+TEST(RegularExpression, lettersMatchInTheirOwnCaseAlone)
+{
+    EXPECT_EQ(spans(u"sec", u"SEC Sec sec"), (Spans{{8, 3}}));
+}
+
 TEST(RegularExpression, emptyMatchesAndEmptyTexts)
 {
     EXPECT_EQ(spans(u"a?", u"b"), (Spans{{0, 0}, {1, 0}}));
