@@ -13,6 +13,7 @@
 #include <curl/curl.h>
 #include <ifaddrs.h>
 #include <net/if.h>
+#include <sys/socket.h>
 
 namespace sorvanta {
 
@@ -109,6 +110,7 @@ private:
         // Does not wait for the system to find a host whom nobody asks for any more.
         set(CURLOPT_QUICK_EXIT, 1L);
         set(CURLOPT_BUFFERSIZE, 128L * 1024);
+        set(CURLOPT_OPENSOCKETFUNCTION, &RunningTransfer::openSocket);
         // The library knows where the system's certificates lie; of the environment only its own program takes notice.
         setIfNamed(CURLOPT_CAINFO, qgetenv("SSL_CERT_FILE"));
         setIfNamed(CURLOPT_CAPATH, qgetenv("SSL_CERT_DIR"));
@@ -123,6 +125,12 @@ private:
     {
         if (!path.isEmpty())
             set(option, path.constData());
+    }
+
+    /// Programs that are started meanwhile do not inherit it, and cannot keep the connection open.
+    static curl_socket_t openSocket(void * /*object*/, curlsocktype /*purpose*/, const curl_sockaddr *address)
+    {
+        return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
     }
 
     CURLcode perform()

@@ -15,6 +15,9 @@
 #include <future>
 #include <vector>
 
+#include <fcntl.h>
+#include <sys/socket.h>
+
 using namespace sorvanta;
 
 namespace {
@@ -111,6 +114,26 @@ TEST_F(HttpsTransferTest, tellsTheResponseThenTheBodyThenTheEndOnAThreadOfItsOwn
     EXPECT_GT(told->pieces, 10) << "the body comes in pieces";
     ASSERT_EQ(told->threads.size(), 1);
     EXPECT_NE(told->threads.first(), QThread::currentThread());
+}
+
+TEST_F(HttpsTransferTest, keepsItsConnectionFromProgramsThatAreStartedMeanwhile)
+{
+    const auto recorder = std::make_shared<Recorder>();
+    int connections = 0;
+    int handedOn = 0;
+    recorder->onData = [&connections, &handedOn] {
+        for (int file = 0; file < 1024; ++file) {
+            sockaddr_storage peer = {};
+            socklen_t size = sizeof peer;
+            if (getpeername(file, reinterpret_cast<sockaddr *>(&peer), &size) != 0 || peer.ss_family == AF_UNIX)
+                continue;
+            ++connections;
+            handedOn += (fcntl(file, F_GETFD) & FD_CLOEXEC) == 0 ? 1 : 0;
+        }
+    };
+    get(server->url(u"/whole"_qs), {}, recorder);
+    EXPECT_GT(connections, 0);
+    EXPECT_EQ(handedOn, 0);
 }
 
 TEST_F(HttpsTransferTest, tellsTheResponseOfAnEmptyBody)
