@@ -1,9 +1,11 @@
 import QtQuick
 
-// Something that scrolls as a whole. What has the focus is kept in sight.
+// Something that scrolls as a whole. What the keyboard gives the focus to is brought into sight; what is pressed by the
+// mouse is there, and must not move away from under it.
 Flickable {
     readonly property int revealMargin: 16 // around what is brought into sight
     readonly property Item focusedItem: Window.activeFocusItem
+    property Item lastFocusedItem // while the window was active
 
     function isInside(item) {
         let ancestor = item;
@@ -35,8 +37,13 @@ Flickable {
         return { left, top, right, bottom };
     }
 
+    // Only that of a control is known, and of an item that tells it like one.
+    function isFocusedByMouse(item) {
+        return item.focusReason === Qt.MouseFocusReason;
+    }
+
     function reveal(item) {
-        if (!item || !isInside(item))
+        if (!item || !isInside(item) || isFocusedByMouse(item))
             return;
         const place = uncutPlace(item);
         contentX = revealing(place.left, place.right, contentX, width, contentWidth);
@@ -45,5 +52,12 @@ Flickable {
 
     boundsBehavior: Flickable.StopAtBounds
     clip: true
-    onFocusedItemChanged: reveal(focusedItem)
+    // A window takes the focus from its item when it is left, and gives it back when its user comes back. Nothing moves
+    // then.
+    onFocusedItemChanged: {
+        if (!Window.window?.active || focusedItem === lastFocusedItem)
+            return;
+        lastFocusedItem = focusedItem;
+        reveal(focusedItem);
+    }
 }

@@ -9,10 +9,12 @@ TextEdit {
     required property int row
     readonly property bool isAllSelected: lines.isAllSelected
     property bool isCaretShown: false
+    property int focusReason: Qt.MouseFocusReason // as of a control; another one if takeFocus() brings it
 
     function takeFocus(isAtEnd) {
         cursorPosition = isAtEnd ? length : 0;
-        forceActiveFocus(Qt.TabFocusReason);
+        focusReason = Qt.TabFocusReason;
+        forceActiveFocus(focusReason);
         isCaretShown = true;
     }
 
@@ -47,6 +49,8 @@ TextEdit {
         isCaretShown = false;
         if (activeFocus)
             lines.isAllSelected = false;
+        else
+            focusReason = Qt.MouseFocusReason;
     }
 
     // A caret in a text that cannot be edited helps only who moves it by keys.

@@ -57,6 +57,8 @@ Card {
             TextEdit {
                 id: words
 
+                readonly property int focusReason: Qt.MouseFocusReason // as of a control; it is only pressed
+
                 x: 15
                 width: piece.width - 38 // clear of the scroll bar
                 text: piece.content

@@ -126,6 +126,53 @@ TEST_F(FilePageKeyboard, bringsWhatHasTheFocusIntoSight)
     }
 }
 
+TEST_F(FilePageKeyboard, doesNotScrollAwayWhatIsPressedByTheMouse)
+{
+    useModel({});
+    choose("/music/Harbour walk interview.m4a");
+    showPage(460, 300);
+    root->setProperty("contentY", place("startButton").bottom() - 310);
+    const QRectF button = place("startButton");
+    ASSERT_EQ(button.bottom(), 310);
+    const QPoint inSight(qRound(button.center().x()), 296);
+    QTest::mousePress(window.get(), Qt::LeftButton, Qt::NoModifier, inSight);
+    QTest::mouseMove(window.get(), inSight + QPoint(1, 0));
+    EXPECT_EQ(place("startButton"), button);
+    QTest::mouseRelease(window.get(), Qt::LeftButton, Qt::NoModifier, inSight + QPoint(1, 0));
+    EXPECT_NE(run().status(), "") << "the press counts";
+}
+
+TEST_F(FilePageKeyboard, doesNotScrollAwayALineThatIsPressedByTheMouse)
+{
+    showPage(460, 300);
+    start(at42Percent);
+    waitFor([this] { return run().progress() == 0.42; });
+    const double scrolled = place("line-0").bottom() - 310;
+    root->setProperty("contentY", scrolled);
+    const QPoint inSight(qRound(place("line-0").left()) + 40, 296);
+    QTest::mouseClick(window.get(), Qt::LeftButton, Qt::NoModifier, inSight);
+    EXPECT_TRUE(window->activeFocusItem()->inherits("QQuickTextEdit"));
+    EXPECT_EQ(root->property("contentY").toDouble(), scrolled);
+}
+
+TEST_F(FilePageKeyboard, leavesThePageWhereItWasScrolledToWhenTheWindowIsComeBackTo)
+{
+    showPage(460, 300);
+    start(at42Percent);
+    waitFor([this] { return run().progress() == 0.42; });
+    tabTo(item("chooseFileButton"));
+    root->setProperty("contentY", 250);
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    EXPECT_EQ(root->property("contentY").toDouble(), 250);
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_TRUE(item("chooseFileButton")->hasActiveFocus());
+    EXPECT_EQ(root->property("contentY").toDouble(), 250);
+}
+
 } // namespace
 
 } // namespace sorvanta
