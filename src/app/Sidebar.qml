@@ -56,7 +56,8 @@ Rectangle {
 
         Accessible.role: Accessible.List
         Accessible.name: "Sections"
-        onActiveFocusChanged: if (!activeFocus) usedByKeyboard = true
+        // Not while the window is left, and gives the focus back later.
+        onActiveFocusChanged: if (!activeFocus && Window.active) usedByKeyboard = true
         Keys.onUpPressed: step(-1)
         Keys.onDownPressed: step(1)
         Keys.onPressed: event => {

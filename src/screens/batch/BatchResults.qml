@@ -92,7 +92,8 @@ Column {
             boundsBehavior: Flickable.StopAtBounds
             keyNavigationEnabled: false
             activeFocusOnTab: true
-            onActiveFocusChanged: if (!activeFocus) isRingShown = true
+            // Not while the window is left, and gives the focus back later.
+            onActiveFocusChanged: if (!activeFocus && Window.active) isRingShown = true
             Accessible.role: Accessible.List
             Accessible.name: "Outputs"
 

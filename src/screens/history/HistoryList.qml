@@ -70,7 +70,8 @@ Item {
 
             Accessible.role: Accessible.List
             Accessible.name: "Transcriptions"
-            onActiveFocusChanged: if (!activeFocus) usedByKeyboard = true
+            // Not while the window is left, and gives the focus back later.
+            onActiveFocusChanged: if (!activeFocus && Window.active) usedByKeyboard = true
             onHeightChanged: showSelection()
             Keys.onUpPressed: step(-1)
             Keys.onDownPressed: step(1)

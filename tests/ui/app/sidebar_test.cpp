@@ -122,6 +122,21 @@ TEST_F(Sidebar, showsTheRingOnlyToTheKeyboard)
     EXPECT_EQ(outside(), color("sidebar"));
 }
 
+TEST_F(Sidebar, showsNoRingToTheMouseWhenTheWindowIsComeBackTo)
+{
+    auto *const first = qobject_cast<QQuickItem *>(row(0)->object());
+    click(first);
+    ASSERT_TRUE(list()->hasActiveFocus());
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    window->requestActivate();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    EXPECT_TRUE(list()->hasActiveFocus());
+    EXPECT_EQ(pixel(first, 100, -2), color("sidebar"));
+}
+
 TEST_F(Sidebar, looksAsDrawn)
 {
     savePicture("02-sidebar");
