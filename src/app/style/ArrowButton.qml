@@ -19,6 +19,8 @@ T.Button {
     Keys.onReturnPressed: clicked()
     Keys.onEnterPressed: clicked()
 
+    FocusMemory { control: control }
+
     contentItem: Item {
         Icon {
             anchors.centerIn: parent

@@ -32,6 +32,8 @@ T.CheckBox {
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)
 
+    FocusMemory { control: control }
+
     indicator: Rectangle {
         y: (control.height - height) / 2
         implicitWidth: 18

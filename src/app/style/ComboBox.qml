@@ -34,6 +34,8 @@ T.ComboBox {
         event.accepted = true;
     }
 
+    FocusMemory { control: control }
+
     contentItem: Text {
         text: control.displayText
         font: control.font

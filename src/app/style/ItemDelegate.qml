@@ -27,6 +27,8 @@ T.ItemDelegate {
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)
 
+    FocusMemory { control: control }
+
     contentItem: Text {
         text: control.text
         font: control.font

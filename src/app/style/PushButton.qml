@@ -64,6 +64,8 @@ T.Button {
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)
 
+    FocusMemory { control: control }
+
     contentItem: ButtonLabel {
         symbol: control.icon.name
         symbolSize: control.icon.width

@@ -48,6 +48,8 @@ T.Slider {
     Keys.onLeftPressed: event => stepByKey(event, -1)
     Keys.onRightPressed: event => stepByKey(event, 1)
 
+    FocusMemory { control: control }
+
     background: Rectangle {
         y: 10
         width: control.width

@@ -24,6 +24,8 @@ T.SpinBox {
         }
     }
 
+    FocusMemory { control: control }
+
     up.indicator: StepperHalf {
         width: control.width
         symbol: "chevron.up"

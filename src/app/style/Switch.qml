@@ -32,6 +32,8 @@ T.Switch {
     Keys.onReturnPressed: event => pressByKey(event)
     Keys.onEnterPressed: event => pressByKey(event)
 
+    FocusMemory { control: control }
+
     indicator: Rectangle {
         x: control.width - width
         y: (control.height - height) / 2

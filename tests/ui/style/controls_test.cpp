@@ -169,6 +169,25 @@ TEST_P(PressedControl, showsItsRingToTheKeyboardOnly)
     EXPECT_TRUE(hasRing(grab()));
 }
 
+TEST_P(PressedControl, showsItsRingAgainWhenTheWindowIsComeBackTo)
+{
+    const auto leaveAndComeBack = [this] {
+        QWindow other;
+        other.show();
+        other.requestActivate();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+        window->requestActivate();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    };
+    click(item("it"));
+    leaveAndComeBack();
+    EXPECT_FALSE(hasRing(grab())) << "not to the mouse";
+    tabTo(item("it"));
+    leaveAndComeBack();
+    EXPECT_TRUE(item("it")->hasActiveFocus());
+    EXPECT_TRUE(hasRing(grab()));
+}
+
 INSTANTIATE_TEST_SUITE_P(
     , PressedControl,
     testing::Values(Pressed{"Button { objectName: 'it'; text: 'Close' }", QAccessible::Button, "Close"},
