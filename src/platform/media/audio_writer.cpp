@@ -3,6 +3,7 @@
 #include "platform/file_errors.h"
 #include "platform/media/frame_encoder.h"
 #include "platform/media/output_file.h"
+#include "platform/media/output_format.h"
 #include "platform/media/parallel_encoder.h"
 
 #include <QFile>
@@ -13,23 +14,14 @@ namespace sorvanta {
 
 namespace {
 
-struct FreeFormat {
-    void operator()(AVFormatContext *format) const { avformat_free_context(format); }
-};
-
-using Format = std::unique_ptr<AVFormatContext, FreeFormat>;
-
 using Container = AudioFileSettings::Container;
 
-Format newFormat(const AudioFileSettings &settings)
+OutputFormat newFormat(const AudioFileSettings &settings)
 {
     ffmpeg::prepareLibraries();
-    AVFormatContext *format = nullptr;
-    const char *name = settings.container == Container::Wav ? "wav" : "ipod";
-    ffmpeg::checked(avformat_alloc_output_context2(&format, nullptr, name, nullptr));
-    format->flags |= AVFMT_FLAG_BITEXACT; // no note of the library and its version in the file
+    OutputFormat format = newOutputFormat(settings.container == Container::Wav ? "wav" : "ipod");
     format->flush_packets = settings.isReadableWhileWritten; // else the file is written in large pieces
-    return Format(format);
+    return format;
 }
 
 std::unique_ptr<TrackEncoder> newEncoder(const AudioFileSettings &settings)
@@ -148,7 +140,7 @@ private:
 
     QString m_path;
     bool m_isReadableWhileWritten;
-    Format m_format;
+    OutputFormat m_format;
     AVStream *m_stream;
     std::unique_ptr<TrackEncoder> m_encoder;
     OutputFile m_file;

@@ -4,6 +4,7 @@
 #include "platform/file_system.h"
 #include "platform/media/input_format.h"
 #include "platform/media/output_file.h"
+#include "platform/media/output_format.h"
 
 #include <algorithm>
 
@@ -11,16 +12,9 @@ namespace sorvanta {
 
 namespace {
 
-struct FreeFormat {
-    void operator()(AVFormatContext *format) const { avformat_free_context(format); }
-};
-
 void copyTrack(AVFormatContext &input, OutputFile &file)
 {
-    AVFormatContext *context = nullptr;
-    ffmpeg::checked(avformat_alloc_output_context2(&context, nullptr, "ipod", nullptr));
-    const std::unique_ptr<AVFormatContext, FreeFormat> output(context);
-    output->flags |= AVFMT_FLAG_BITEXACT;
+    const OutputFormat output = newOutputFormat("ipod");
     output->flush_packets = 0;
     output->pb = file.context();
     const int track = ffmpeg::checked(av_find_best_stream(&input, AVMEDIA_TYPE_AUDIO, -1, -1, nullptr, 0));

@@ -8,7 +8,8 @@
 namespace sorvanta {
 
 /// Brings decoded frames of any rate, layout and sample format, which may change from frame to frame, to one format.
-/// Channels are mixed so that a sound that all channels carry keeps its level.
+/// Channels are mixed so that a sound that all channels carry keeps its level. Everything throws Error of the domain
+/// "FFmpeg", for a frame that cannot be brought to the format or for want of memory.
 class SampleConverter {
 public:
     explicit SampleConverter(const AudioFormat &format);

@@ -74,7 +74,6 @@ INSTANTIATE_TEST_SUITE_P(
         Size{"Title2 { objectName: 'it'; text: 'T' }", 0, 28}, Size{"Title3 { objectName: 'it'; text: 'T' }", 0, 24},
         Size{"Headline { objectName: 'it'; text: 'T' }", 0, 20},
         Size{"BodyText { objectName: 'it'; text: 'T' }", 0, 18},
-        Size{"TranscriptText { objectName: 'it'; text: 'T' }", 0, 21},
         Size{"FootnoteText { objectName: 'it'; text: 'T' }", 0, 16},
         Size{"CaptionText { objectName: 'it'; text: 'T' }", 0, 14}));
 

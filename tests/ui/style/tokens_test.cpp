@@ -138,7 +138,6 @@ INSTANTIATE_TEST_SUITE_P(, TypeStyles,
                                          TypeStyle{"Headline", 14, 20, QFont::DemiBold, "textFamily"},
                                          TypeStyle{"BodyText", 13, 18, QFont::Normal, "textFamily"},
                                          TypeStyle{"LabelText", 13, 18, QFont::Medium, "textFamily"},
-                                         TypeStyle{"TranscriptText", 14, 21, QFont::Normal, "textFamily"},
                                          TypeStyle{"SectionLabel", 12, 16, QFont::DemiBold, "textFamily"},
                                          TypeStyle{"FootnoteText", 12, 16, QFont::Normal, "textFamily"},
                                          TypeStyle{"CaptionText", 11, 14, QFont::Medium, "textFamily"}));
