@@ -5,12 +5,6 @@ import QtQuick.Templates as T
 T.ItemDelegate {
     id: control
 
-    // A key that is held presses once.
-    function pressByKey(event) {
-        if (!event.isAutoRepeat)
-            clicked();
-    }
-
     implicitWidth: Math.ceil(implicitContentWidth + leftPadding + rightPadding)
     implicitHeight: Math.max(36, Math.ceil(implicitContentHeight + topPadding + bottomPadding))
     leftPadding: 12
@@ -24,8 +18,8 @@ T.ItemDelegate {
     Accessible.selectable: true
     Accessible.selected: highlighted
     Accessible.onPressAction: if (enabled) clicked()
-    Keys.onReturnPressed: event => pressByKey(event)
-    Keys.onEnterPressed: event => pressByKey(event)
+    Keys.onReturnPressed: event => KeyPress.once(event, clicked)
+    Keys.onEnterPressed: event => KeyPress.once(event, clicked)
 
     FocusMemory { control: control }
 

@@ -9,12 +9,6 @@ Item {
 
     signal clicked
 
-    // A key that is held presses once.
-    function pressByKey(event) {
-        if (!event.isAutoRepeat)
-            clicked();
-    }
-
     implicitWidth: Math.ceil(label.implicitWidth)
     implicitHeight: 18
     activeFocusOnTab: true
@@ -24,9 +18,9 @@ Item {
     Accessible.focusable: true
     Accessible.focused: activeFocus
     Accessible.onPressAction: if (enabled) clicked()
-    Keys.onSpacePressed: event => pressByKey(event)
-    Keys.onReturnPressed: event => pressByKey(event)
-    Keys.onEnterPressed: event => pressByKey(event)
+    Keys.onSpacePressed: event => KeyPress.once(event, clicked)
+    Keys.onReturnPressed: event => KeyPress.once(event, clicked)
+    Keys.onEnterPressed: event => KeyPress.once(event, clicked)
 
     StyledText {
         id: label

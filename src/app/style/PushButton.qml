@@ -41,12 +41,6 @@ T.Button {
         return down ? Theme.pressed : hot ? Theme.hover : Theme.control;
     }
 
-    // A key that is held presses once.
-    function pressByKey(event) {
-        if (!event.isAutoRepeat)
-            clicked();
-    }
-
     implicitWidth: Math.ceil(Math.max(implicitBackgroundWidth, implicitContentWidth + leftPadding + rightPadding))
     implicitHeight: large ? Theme.largeControlHeight : Theme.controlHeight
     leftPadding: icon.name ? 12 : 14
@@ -61,8 +55,8 @@ T.Button {
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.onPressAction: if (enabled) clicked()
-    Keys.onReturnPressed: event => pressByKey(event)
-    Keys.onEnterPressed: event => pressByKey(event)
+    Keys.onReturnPressed: event => KeyPress.once(event, clicked)
+    Keys.onEnterPressed: event => KeyPress.once(event, clicked)
 
     FocusMemory { control: control }
 

@@ -13,12 +13,6 @@ T.Switch {
         clicked();
     }
 
-    // A key that is held presses once.
-    function pressByKey(event) {
-        if (!event.isAutoRepeat)
-            press();
-    }
-
     implicitWidth: Math.ceil(implicitContentWidth)
     implicitHeight: Math.max(20, implicitContentHeight)
     spacing: 8
@@ -29,8 +23,8 @@ T.Switch {
     Accessible.name: text
     Accessible.onPressAction: press()
     Accessible.onToggleAction: press()
-    Keys.onReturnPressed: event => pressByKey(event)
-    Keys.onEnterPressed: event => pressByKey(event)
+    Keys.onReturnPressed: event => KeyPress.once(event, press)
+    Keys.onEnterPressed: event => KeyPress.once(event, press)
 
     FocusMemory { control: control }
 

@@ -19,8 +19,9 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto bufferLength = 20ms;
-/// So long an answer of the server may have been on its way.
-constexpr std::chrono::microseconds longestWay = 20ms;
+/// So long an answer of the server may be on its way to us on a busy machine. Where it seems to have been longer, the
+/// clock of the day was set meanwhile.
+constexpr std::chrono::microseconds longestWay = 1s;
 
 Error noDeviceError(SoundSource source)
 {
