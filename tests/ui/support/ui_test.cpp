@@ -8,6 +8,7 @@
 
 #include <iostream>
 #include <stdexcept>
+#include <utility>
 
 namespace sorvanta {
 
@@ -73,6 +74,7 @@ QQuickItem *UiTest::show(const QByteArray &qml, const QVariantMap &properties)
 {
     QQmlComponent component(&engine);
     component.setData(qml, QUrl("qrc:/qt/qml/Shown.qml"));
+    delete std::exchange(root, nullptr);
     if (component.isReady())
         root = qobject_cast<QQuickItem *>(component.createWithInitialProperties(properties));
     if (!root)
@@ -95,6 +97,13 @@ QQuickItem *UiTest::showType(const QString &module, const QString &type, const Q
 
 QQuickItem *UiTest::item(const QString &objectName) const
 {
+    if (QQuickItem *found = find(objectName))
+        return found;
+    throw std::runtime_error("There is no item named " + objectName.toStdString());
+}
+
+QQuickItem *UiTest::find(const QString &objectName) const
+{
     QList<QQuickItem *> waiting{window->contentItem()};
     while (!waiting.isEmpty()) {
         QQuickItem *candidate = waiting.takeFirst();
@@ -102,7 +111,7 @@ QQuickItem *UiTest::item(const QString &objectName) const
             return candidate;
         waiting += candidate->childItems();
     }
-    throw std::runtime_error("There is no item named " + objectName.toStdString());
+    return nullptr;
 }
 
 void UiTest::setDark(bool isDark)

@@ -36,6 +36,7 @@ protected:
 
     /// The item or object with that objectName; throws when there is none.
     QQuickItem *item(const QString &objectName) const;
+    bool isThere(const QString &objectName) const { return find(objectName) != nullptr; }
     QString text(const QString &objectName) const { return item(objectName)->property("text").toString(); }
     bool isShown(const QString &objectName) const { return item(objectName)->isVisible(); }
     bool isEnabled(const QString &objectName) const { return item(objectName)->isEnabled(); }
@@ -71,6 +72,8 @@ protected:
     QQuickItem *root = nullptr;
 
 private:
+    QQuickItem *find(const QString &objectName) const;
+
     QObject *theme = nullptr;
 };
 
