@@ -42,6 +42,9 @@ int main(int argumentCount, char **arguments)
     if (!bus.registerService("org.freedesktop.FileManager1"))
         return 1;
     manager.ShowItems({}, {});
+    // It goes with its bus.
+    bus.connect({}, "/org/freedesktop/DBus/Local", "org.freedesktop.DBus.Local", "Disconnected", &application,
+                SLOT(quit()));
     return QCoreApplication::exec();
 }
 
