@@ -127,12 +127,7 @@ TEST_F(Sidebar, showsNoRingToTheMouseWhenTheWindowIsComeBackTo)
     auto *const first = qobject_cast<QQuickItem *>(row(0)->object());
     click(first);
     ASSERT_TRUE(list()->hasActiveFocus());
-    QWindow other;
-    other.show();
-    other.requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    window->requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    leaveAndComeBack();
     EXPECT_TRUE(list()->hasActiveFocus());
     EXPECT_EQ(pixel(first, 100, -2), color("sidebar"));
 }

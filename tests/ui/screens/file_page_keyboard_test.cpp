@@ -163,13 +163,7 @@ TEST_F(FilePageKeyboard, leavesThePageWhereItWasScrolledToWhenTheWindowIsComeBac
     waitFor([this] { return run().progress() == 0.42; });
     tabTo(item("chooseFileButton"));
     root->setProperty("contentY", 250);
-    QWindow other;
-    other.show();
-    other.requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
-    EXPECT_EQ(root->property("contentY").toDouble(), 250);
-    window->requestActivate();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    leaveAndComeBack();
     EXPECT_TRUE(item("chooseFileButton")->hasActiveFocus());
     EXPECT_EQ(root->property("contentY").toDouble(), 250);
 }

@@ -23,6 +23,16 @@ protected:
                recorded("/tmp/mic.wav", "", 2)});
         showPage(width);
     }
+    void showMany(int count)
+    {
+        QList<TranscriptionHistoryEntry> entries;
+        for (int i = 0; i < count; ++i) {
+            entries << entry(QString("/music/%1.wav").arg(i), "Words.");
+            entries.last().id = QString::number(i);
+        }
+        write(entries);
+        showPage();
+    }
     QString rowText(int number, const char *name) const
     {
         return row(number)->findChild<QQuickItem *>(name)->property("text").toString();
@@ -124,13 +134,7 @@ TEST_F(HistoryPageRows, areReachedFromTheSearchByTheArrow)
 
 TEST_F(HistoryPageRows, areMadeOnlyForWhatIsInSight)
 {
-    QList<TranscriptionHistoryEntry> entries;
-    for (int i = 0; i < 3000; ++i) {
-        entries << entry(QString("/music/%1.wav").arg(i), "Words.");
-        entries.last().id = QString::number(i);
-    }
-    write(entries);
-    showPage();
+    showMany(3000);
     const auto madeRows = [this] {
         int count = 0;
         for (const QQuickItem *child : list()->property("contentItem").value<QQuickItem *>()->childItems())
@@ -159,13 +163,7 @@ TEST_F(HistoryPageRows, areMadeOnlyForWhatIsInSight)
 
 TEST_F(HistoryPageRows, stayWhereTheyAreReadWhenAnEntryComesWhileTheSelectionIsOutOfSight)
 {
-    QList<TranscriptionHistoryEntry> entries;
-    for (int i = 0; i < 100; ++i) {
-        entries << entry(QString("/music/%1.wav").arg(i), "Words.");
-        entries.last().id = QString::number(i);
-    }
-    write(entries);
-    showPage();
+    showMany(100);
     list()->setProperty("contentY", 5000);
     settle();
     const QQuickItem *const read = row(50);

@@ -170,14 +170,6 @@ TEST_P(PressedControl, showsItsRingToTheKeyboardOnly)
 
 TEST_P(PressedControl, showsItsRingAgainWhenTheWindowIsComeBackTo)
 {
-    const auto leaveAndComeBack = [this] {
-        QWindow other;
-        other.show();
-        other.requestActivate();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
-        window->requestActivate();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    };
     click(item("it"));
     leaveAndComeBack();
     EXPECT_FALSE(hasRing(grab())) << "not to the mouse";

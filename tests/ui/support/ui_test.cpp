@@ -174,6 +174,16 @@ void UiTest::tabTo(QQuickItem *item)
     EXPECT_TRUE(item->hasActiveFocus());
 }
 
+void UiTest::leaveAndComeBack()
+{
+    QWindow other;
+    other.show();
+    other.requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+    window->requestActivate();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+}
+
 QAccessibleInterface *UiTest::accessible(QObject *object) const
 {
     QAccessibleInterface *interface = QAccessible::queryAccessibleInterface(object);

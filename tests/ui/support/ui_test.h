@@ -62,6 +62,9 @@ protected:
     /// Presses Tab until the item has the focus, whether it had it before or not.
     void tabTo(QQuickItem *item);
 
+    /// Goes to another window for a while.
+    void leaveAndComeBack();
+
     /// How assistive technology sees the object; a failure when it does not.
     QAccessibleInterface *accessible(QObject *object) const;
     /// Does what a screen reader does when its user presses the control.
