@@ -2,6 +2,7 @@
 
 #include "platform/media/audio_writer.h"
 #include "scripted_model/scripted_model.h"
+#include "support/waiting.h"
 
 #include <QFile>
 #include <QTest>
@@ -17,7 +18,6 @@ using namespace sorvanta;
 namespace {
 
 constexpr int sampleRate = 16000;
-constexpr int patience = 120000;
 
 template<typename Sample>
 std::vector<Sample> samples(double seconds, double loudest)
@@ -64,7 +64,7 @@ void EngineTest::start(const QString &audio, const QString &model, const QString
 
 void EngineTest::waitForEnd()
 {
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !run.isTranscribing(); }, patience));
+    ASSERT_TRUE(waitUntil([this] { return !run.isTranscribing(); }, 2 * patience));
 }
 
 void EngineTest::transcribe(const QString &audio, const QString &model, const QString &language)

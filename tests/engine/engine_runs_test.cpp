@@ -1,5 +1,6 @@
 #include "core/transcript_text.h"
 #include "engine/engine_fixture.h"
+#include "support/waiting.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -64,7 +65,7 @@ TEST_F(EngineRunsTest, logAndTimedLinesComeThroughOnePipeInTheOrderWritten)
 TEST_F(EngineRunsTest, aStopEndsTheEngineInMidRunAndKeepsItsLines)
 {
     start(tone(u"hour.wav"_qs, 900), slowModel());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return timedLines().size() >= 6; }, 60000));
+    ASSERT_TRUE(waitUntil([this] { return timedLines().size() >= 6; }));
     const QStringList before = timedLines();
     run.stopRun();
     waitForEnd();

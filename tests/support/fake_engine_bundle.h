@@ -30,9 +30,15 @@ public:
         return file.fileName();
     }
 
-    /// The command that holds a script up until the test opens the gate.
-    QByteArray awaitGate() const { return "await " + QFile::encodeName(gate()) + '\n'; }
-    void openGate() const { QFile(gate()).open(QIODevice::WriteOnly); }
+    /// The command that holds a script up until the test opens the gate of that name.
+    QByteArray awaitGate(const QString &name = QStringLiteral("gate")) const
+    {
+        return "await " + QFile::encodeName(m_folder.filePath(name)) + '\n';
+    }
+    void openGate(const QString &name = QStringLiteral("gate")) const
+    {
+        QFile(m_folder.filePath(name)).open(QIODevice::WriteOnly);
+    }
 
     /// Whether the engine runs now, be it on whatever file or on this one.
     bool isAtWork(const QByteArray &audioPath = {}) const
@@ -51,7 +57,5 @@ public:
     }
 
 private:
-    QString gate() const { return m_folder.filePath(QStringLiteral("gate")); }
-
     QTemporaryDir m_folder;
 };

@@ -1,6 +1,7 @@
 #include "support/sound_server.h"
 
 #include "support/media_files.h"
+#include "support/waiting.h"
 
 #include <QFile>
 #include <QTest>
@@ -14,7 +15,6 @@
 
 namespace {
 
-constexpr int patience = 60000;
 constexpr double pieceSeconds = 0.1;
 
 std::size_t toSamples(double seconds)
@@ -42,14 +42,12 @@ void SoundServer::start()
 {
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.start(QStringLiteral(SORVANTA_SOUND_SERVER), {m_folder.path()});
-    const bool answers = QTest::qWaitFor(
-        [] {
-            // A server may answer before it has its devices.
-            QProcess question;
-            question.start(QStringLiteral("pactl"), {QStringLiteral("get-default-source")});
-            return question.waitForFinished(patience) && question.readAllStandardOutput() == "room.monitor\n";
-        },
-        patience);
+    const bool answers = waitUntil([] {
+        // A server may answer before it has its devices.
+        QProcess question;
+        question.start(QStringLiteral("pactl"), {QStringLiteral("get-default-source")});
+        return question.waitForFinished(patience) && question.readAllStandardOutput() == "room.monitor\n";
+    });
     ASSERT_TRUE(answers) << "the sound server did not start";
 }
 
@@ -76,7 +74,7 @@ SoundRecording::SoundRecording(const QString &device)
                     {QStringLiteral("--device=") + device, QStringLiteral("--format=s16le"),
                      QStringLiteral("--rate=%1").arg(static_cast<int>(sampleRate)), QStringLiteral("--channels=1"),
                      QStringLiteral("--latency-msec=20"), QStringLiteral("--raw")});
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !samples().empty(); }, patience)) << "nothing is recorded";
+    EXPECT_TRUE(waitUntil([this] { return !samples().empty(); })) << "nothing is recorded";
 }
 
 SoundRecording::~SoundRecording()
@@ -106,7 +104,7 @@ double SoundRecording::seconds()
 void SoundRecording::hear(double seconds)
 {
     const double end = this->seconds() + seconds;
-    ASSERT_TRUE(QTest::qWaitFor([this, end] { return this->seconds() >= end; }, patience)) << "the recording ended";
+    ASSERT_TRUE(waitUntil([this, end] { return this->seconds() >= end; })) << "the recording ended";
 }
 
 std::vector<SoundSpan> soundSpans(const std::vector<double> &samples)

@@ -2,6 +2,7 @@
 
 #include "core/run_state.h"
 #include "support/screen_workbench.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +19,7 @@ protected:
     template<typename Condition>
     void waitFor(Condition condition)
     {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000)) << (run().status() + run().errorText()).toStdString();
+        ASSERT_TRUE(waitUntil(condition)) << (run().status() + run().errorText()).toStdString();
     }
     void waitForStatus(const QString &status)
     {

@@ -9,9 +9,32 @@ Item {
     property int lineHeight: 20
 
     function scrollBy(distance) {
-        const first = view.originY - view.topMargin;
-        const last = view.originY + view.contentHeight + view.bottomMargin - view.height;
-        view.contentY = Math.max(first, Math.min(view.contentY + distance, last));
+        if (view.contentY + distance <= first())
+            scrollToFirst();
+        else if (view.contentY + distance >= last())
+            scrollTo(last);
+        else
+            view.contentY += distance;
+    }
+
+    function scrollToFirst() {
+        scrollTo(first);
+    }
+
+    function first() {
+        return view.originY - view.topMargin;
+    }
+
+    function last() {
+        return Math.max(first(), view.originY + view.contentHeight + view.bottomMargin - view.height);
+    }
+
+    // A list learns how high its rows are as it makes them, so that its ends move when they come into sight.
+    function scrollTo(end) {
+        view.contentY = end();
+        if (view instanceof ListView)
+            view.forceLayout();
+        view.contentY = end();
     }
 
     Keys.onPressed: event => {

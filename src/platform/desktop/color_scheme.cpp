@@ -15,8 +15,6 @@
 #include <QUuid>
 #include <QtConcurrent>
 
-#include <chrono>
-
 namespace sorvanta {
 
 namespace {
@@ -27,10 +25,6 @@ const QString settingsInterface = QStringLiteral("org.freedesktop.portal.Setting
 const QString appearanceGroup = QStringLiteral("org.freedesktop.appearance");
 const QString gnomeGroup = QStringLiteral("org.gnome.desktop.interface");
 
-/// A window that waits for a slow portal still comes soon. Counted from the first turn of the event loop: before, while
-/// the window is made, no answer can be heard.
-constexpr std::chrono::milliseconds longestWait(250);
-
 bool isPaletteDark()
 {
     const QPalette palette = QGuiApplication::palette();
@@ -40,11 +34,11 @@ bool isPaletteDark()
 } // namespace
 
 ColorScheme::ColorScheme(QObject *parent)
-    : ColorScheme(sessionBusAddress(), parent)
+    : ColorScheme(sessionBusAddress(), defaultWait, parent)
 {
 }
 
-ColorScheme::ColorScheme(const QString &busAddress, QObject *parent)
+ColorScheme::ColorScheme(const QString &busAddress, std::chrono::milliseconds longestWait, QObject *parent)
     : QObject(parent)
     , m_connectionName(QStringLiteral("sorvanta-") + QUuid::createUuid().toString(QUuid::WithoutBraces))
 {
@@ -56,7 +50,8 @@ ColorScheme::ColorScheme(const QString &busAddress, QObject *parent)
         m_isSettled = true;
         return;
     }
-    QTimer::singleShot(0, this, [this] { QTimer::singleShot(longestWait, this, [this] { m_isSettled = true; }); });
+    QTimer::singleShot(0, this,
+                       [this, longestWait] { QTimer::singleShot(longestWait, this, [this] { m_isSettled = true; }); });
 
     auto *watcher = new QFutureWatcher<QDBusConnection>(this);
     connect(watcher, &QFutureWatcher<QDBusConnection>::finished, this, [this, watcher] {

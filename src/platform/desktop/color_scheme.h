@@ -7,6 +7,7 @@
 #include <QString>
 #include <QVariant>
 
+#include <chrono>
 #include <optional>
 
 namespace sorvanta {
@@ -22,18 +23,24 @@ class ColorScheme : public QObject {
     Q_PROPERTY(bool isSettled READ isSettled NOTIFY isSettledChanged)
 
 public:
+    /// A window that waits for a slow desktop still comes soon.
+    static constexpr std::chrono::milliseconds defaultWait{250};
+
     /// Listens on the session bus of the user.
     explicit ColorScheme(QObject *parent = nullptr);
 
     /// Listens on the bus at `busAddress`; an empty address means that there is no bus.
-    explicit ColorScheme(const QString &busAddress, QObject *parent = nullptr);
+    /// @param longestWait how long the desktop is waited for before this counts as settled. Counted from the first turn
+    ///        of the event loop: before, while the window is made, no answer can be heard.
+    explicit ColorScheme(const QString &busAddress, std::chrono::milliseconds longestWait = defaultWait,
+                         QObject *parent = nullptr);
 
     ~ColorScheme() override;
 
     bool isDark() const { return m_isDark; }
     bool hasReducedMotion() const { return m_hasReducedMotion; }
     /// Whether the desktop has been heard, or will not be waited for any longer: a window that is shown from now on
-    /// begins in the right colours. True a quarter of a second after the event loop turns at the latest.
+    /// begins in the right colours. True after the longest wait at the latest.
     bool isSettled() const { return m_isSettled; }
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -41,7 +41,7 @@ Card {
             target: card.detail
 
             function onTextChanged() {
-                pieces.contentY = pieces.originY - pieces.topMargin;
+                scrollKeys.scrollToFirst();
             }
         }
 

@@ -2,6 +2,7 @@
 #include "platform/media/media_duration.h"
 #include "support/media_files.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -24,13 +25,11 @@ double recordUntilKilled(int milliseconds)
     QProcess process;
     process.start(QStringLiteral(MEETING_WRITER), {});
     QByteArray output;
-    const bool isThere = QTest::qWaitFor(
-        [&] {
-            output += process.readAllStandardOutput();
-            const QByteArray whole = output.first(output.lastIndexOf('\n') + 1).trimmed();
-            return whole.mid(whole.lastIndexOf('\n') + 1).toInt() >= milliseconds;
-        },
-        30000);
+    const bool isThere = waitUntil([&] {
+        output += process.readAllStandardOutput();
+        const QByteArray whole = output.first(output.lastIndexOf('\n') + 1).trimmed();
+        return whole.mid(whole.lastIndexOf('\n') + 1).toInt() >= milliseconds;
+    });
     EXPECT_TRUE(isThere) << output.toStdString() << process.readAllStandardError().toStdString();
     process.kill();
     process.waitForFinished();

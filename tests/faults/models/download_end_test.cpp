@@ -2,6 +2,7 @@
 
 #include "support/model_server.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,6 @@ using namespace sorvanta;
 
 namespace {
 
-constexpr int patience = 30'000;
 constexpr int size = 1'000'000;
 
 /// A process that downloads, and is ended in the midst of that.
@@ -50,7 +50,7 @@ protected:
         ModelsSettingsViewModel models(folder.path());
         EXPECT_EQ(models.status(model), Status(ModelStatus::NotDownloaded{}));
         models.startDownload(model);
-        ASSERT_TRUE(QTest::qWaitFor([&models] { return models.activeDownloads().isEmpty(); }, patience));
+        ASSERT_TRUE(waitUntil([&models] { return models.activeDownloads().isEmpty(); }));
         EXPECT_TRUE(std::holds_alternative<ModelStatus::Downloaded>(models.status(model)));
         EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin"_qs});
         QFile file(folder.filePath(u"Sorvanta/Models/ggml-tiny.bin"_qs));

@@ -2,6 +2,7 @@
 #include "platform/https_transfer.h"
 
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -142,7 +143,7 @@ TEST_F(FailingNetwork, aDownloadThatGetsNoThreadFails)
     const ModelInfo &model = models.availableModels().last();
     hasThreads = false;
     models.startDownload(model);
-    ASSERT_TRUE(QTest::qWaitFor([&models] { return models.activeDownloads().isEmpty(); }));
+    ASSERT_TRUE(waitUntil([&models] { return models.activeDownloads().isEmpty(); }));
     EXPECT_EQ(models.status(model), Status(ModelStatus::Failed{u"The system could not start a thread."_qs}));
 }
 

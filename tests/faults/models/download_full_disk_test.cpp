@@ -2,6 +2,7 @@
 
 #include "support/model_server.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,6 @@
 using namespace sorvanta;
 
 namespace {
-
-constexpr int patience = 30'000;
 
 /// Downloads onto a disk of one megabyte.
 class FullDisk : public testing::Test {
@@ -39,7 +38,7 @@ protected:
     void expectTwoFailures(const QString &path)
     {
         models->startDownload(tiny(path));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return failures.size() == 2; }, patience));
+        ASSERT_TRUE(waitUntil([this] { return failures.size() == 2; }));
         EXPECT_EQ(failures[0], u"You can’t save the file “ggml-tiny.bin.part” because the volume “"_qs + disk
                                    + u"” is out of space."_qs);
         EXPECT_EQ(failures[1], u"cancelled"_qs);
@@ -58,7 +57,7 @@ TEST_F(FullDisk, leavesNoPartialFileAndARetryWithRoomWorks)
     expectTwoFailures(u"/whole?size=3000000"_qs);
     EXPECT_EQ(files(), QStringList());
     models->startDownload(tiny(u"/whole?size=300000"_qs));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return models->activeDownloads().isEmpty(); }, patience));
+    ASSERT_TRUE(waitUntil([this] { return models->activeDownloads().isEmpty(); }));
     EXPECT_EQ(models->status(tiny(QString())),
               Status(ModelStatus::Downloaded{disk + u"/Sorvanta/Models/ggml-tiny.bin"_qs}));
     EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin"_qs});

@@ -4,6 +4,7 @@
 #include "support/fake_engine_bundle.h"
 #include "support/fake_file_panels.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
@@ -97,7 +98,7 @@ protected:
         useModel(commands + "sleep 60000\n");
         chooseFile("/music/Harbour walk interview.m4a");
         fileScreen().start();
-        ASSERT_TRUE(QTest::qWaitFor([this] { return run().lines()->count() == 11; }, 20000));
+        ASSERT_TRUE(waitUntil([this] { return run().lines()->count() == 11; }));
     }
     QStringList words() const { return spokenWords(accessible(window.get())); }
     QStringList names() const { return allNames(accessible(window.get())); }
@@ -192,10 +193,10 @@ TEST_F(MainWindow, aRunGoesOnUnseenWithItsStateIntact)
     item("transcriptLines")->setProperty("contentY", 30);
     QQuickItem *const page = item("transcriptLines");
     content->selectIndex(6);
-    QTest::qWait(50);
+    settle();
     EXPECT_TRUE(run().isTranscribing());
     content->selectIndex(-1);
-    QTest::qWait(50);
+    settle();
     EXPECT_TRUE(run().isTranscribing());
     content->selectIndex(0);
     EXPECT_EQ(item("transcriptLines"), page) << "the same page as before";
@@ -204,7 +205,7 @@ TEST_F(MainWindow, aRunGoesOnUnseenWithItsStateIntact)
     EXPECT_EQ(item("fileName")->property("text").toString(), "Harbour walk interview.m4a");
     EXPECT_EQ(run().progress(), 0.42);
     run().stopRun();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return run().status() == "Cancelled"; }, 20000));
+    EXPECT_TRUE(waitUntil([this] { return run().status() == "Cancelled"; }));
 }
 
 TEST_F(MainWindow, withoutASelectionItAsksForOneAndTheScreensLiveOn)
@@ -253,16 +254,16 @@ TEST_F(MainWindow, looksAsDrawn)
     EXPECT_EQ(grab().pixelColor(600, 690), QColor("#15191B"));
     setDark(false);
     runTo42Percent();
-    QTest::qWait(400);
+    const auto isFilled = [this] { return grab().pixelColor(322 + 516 * 40 / 100, 405) == QColor("#085E78"); };
+    EXPECT_TRUE(waitUntil(isFilled)) << "the bar to 42 of 100";
     savePicture("03-file-running");
-    EXPECT_EQ(grab().pixelColor(400, 405), QColor("#085E78")) << "the bar to 42 of 100";
-    EXPECT_EQ(grab().pixelColor(322 + 516 * 40 / 100, 405), QColor("#085E78"));
+    EXPECT_EQ(grab().pixelColor(400, 405), QColor("#085E78"));
     EXPECT_EQ(grab().pixelColor(322 + 516 * 44 / 100, 405), QColor("#DCE3E6"));
     setDark(true);
     savePicture("03-file-running-dark");
     setDark(false);
     run().stopRun();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return run().status() == "Cancelled"; }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return run().status() == "Cancelled"; }));
     savePicture("file-cancelled");
     run().setError("Whisper failed: error: failed to read audio file '/music/Harbour walk interview.m4a'\n");
     run().setStatus({});
@@ -316,7 +317,7 @@ TEST_F(MainWindow, drawsTheModelsAsTheyAreDrawn)
     show(2, ModelStatus::Failed{"The network connection was lost."});
     show(3, downloading(142'000'000, -1, std::nullopt));
     show(4, ModelStatus::Failed{"Server responded with 404"}, true);
-    QTest::qWait(400);
+    settle();
     QQuickItem *const page = item("modelsPage");
     for (const bool isDark : {false, true}) {
         const QString suffix = isDark ? "-dark" : "";

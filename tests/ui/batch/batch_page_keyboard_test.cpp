@@ -65,7 +65,7 @@ TEST_F(BatchPageKeyboard, whatHasTheFocusIsScrolledIntoSight)
     showPage(660, 480);
     transcribe(fiveFiles, twoOfFive);
     tabTo(item("copyOutputButton"));
-    QTest::qWait(20);
+    settle();
     EXPECT_LE(place("copyOutputButton").bottom(), 480);
     EXPECT_GE(place("copyOutputButton").top(), 0);
 }

@@ -19,7 +19,7 @@ protected:
 
     void expectThatNothingOverlaps()
     {
-        QTest::qWait(50);
+        settle();
         sorvanta::expectThatNothingOverlaps(root);
     }
     void expectThatNothingOverlapsAllTheWayDown(const QString &name)
@@ -35,10 +35,10 @@ protected:
         expectThatNothingOverlaps();
         savePicture(named(name + "-end"));
         setDark(true);
-        QTest::qWait(200);
+        settle();
         savePicture(named(name + "-end-dark"));
         scrollTo(0);
-        QTest::qWait(50);
+        settle();
         savePicture(named(name + "-dark"));
     }
     static QStringList longNames()
@@ -140,7 +140,7 @@ TEST_F(BatchPagePlaces, areThoseOfTheDrawing)
     run().setError(std::nullopt);
     run().setStatus("Saved");
     screen.results()->selectRow(1);
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(place("statusText").top(), 487);
     EXPECT_EQ(place("exportAllMenu").top(), 535);
     EXPECT_EQ(place("clearAllButton").right(), 878);

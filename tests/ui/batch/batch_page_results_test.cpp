@@ -101,7 +101,7 @@ TEST_F(BatchPageResults, thePaneHasTheActionsOfThisScreen)
     EXPECT_EQ(text("matchCounter"), "0 / 0");
     EXPECT_FALSE(isShown("noTranscript"));
     screen.pane()->setShowLogsSheet(true);
-    QTest::qWait(250);
+    settle();
     EXPECT_EQ(text("logsTitle"), "Full Logs");
     screen.pane()->setShowLogsSheet(false);
 }

@@ -129,10 +129,10 @@ TEST_F(BatchPageRows, withProgressTheProgressRowSpeaks)
     EXPECT_EQ(item("fileLine")->property("color").value<QColor>(), color("text2"));
     EXPECT_LT(place("fileLine").bottom(), place("progressBar").top());
     EXPECT_TRUE(item("startButton")->property("busy").toBool());
-    QTest::qWait(300);
+    settle();
     savePicture("04-batch-running");
     setDark(true);
-    QTest::qWait(200);
+    settle();
     savePicture("04-batch-running-dark");
 }
 
@@ -140,13 +140,14 @@ TEST_F(BatchPageRows, theStopButtonStopsOnce)
 {
     showPage();
     // It takes its time to end.
-    start(fiveFiles, "ignore-stop\n" + twoOfFive + "only Lecture\nsleep 1500\n");
+    start(fiveFiles, "ignore-stop\n" + twoOfFive + "only Lecture\n" + bench.engine.awaitGate());
     waitFor([this] { return run().progress() == (1 + 0.42) / 5; });
-    QTest::qWait(50);
+    settle();
     EXPECT_TRUE(item("stopButton")->isEnabled());
     click(item("stopButton"));
     EXPECT_TRUE(run().isStopping());
     EXPECT_FALSE(item("stopButton")->isEnabled());
+    bench.engine.openGate();
     waitFor([this] { return !run().isTranscribing(); });
     EXPECT_FALSE(isShown("stopButton"));
     EXPECT_FALSE(isShown("progressBar"));

@@ -47,7 +47,7 @@ protected:
     {
         start(paths, commands);
         waitFor([this] { return !run().isTranscribing(); });
-        QTest::qWait(20);
+        settle();
     }
 
     /// The texts of all shown items with that object name below `parent`, in order.
@@ -68,7 +68,7 @@ protected:
     void scrollTo(double y)
     {
         root->setProperty("contentY", y);
-        QTest::qWait(20);
+        settle();
     }
     double scrollEnd() const { return qMax(0.0, root->property("contentHeight").toDouble() - root->height()); }
 

@@ -1,6 +1,7 @@
 #include "export/export_menu.h"
 
 #include "support/printing.h"
+#include "support/waiting.h"
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
@@ -39,8 +40,6 @@ protected:
         press(Qt::Key_Space);
         settle();
     }
-    static void settle() { QTest::qWait(50); }
-
     /// The visible items of all menus that are open, in their order.
     QList<QQuickItem *> shownItems() const
     {
@@ -152,7 +151,7 @@ TEST_F(ShownExportMenu, isChosenFromByTheMouse)
     settle();
     click(entry("Markdown (.md)"));
     EXPECT_THAT(actions.done, testing::ElementsAre("save md"));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
 }
 
 TEST_F(ShownExportMenu, isClosedByASecondClickAndByAClickBesideIt)
@@ -169,7 +168,7 @@ TEST_F(ShownExportMenu, isClosedByASecondClickAndByAClickBesideIt)
     settle();
     EXPECT_TRUE(isOpen());
     QTest::mouseClick(window.get(), Qt::LeftButton, Qt::NoModifier, QPoint(600, 500));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
     EXPECT_EQ(actions.done, QStringList());
 }
 
@@ -180,7 +179,7 @@ TEST_F(ShownExportMenu, opensItsSubmenuByTheMouse)
     click(item("button"));
     settle();
     click(entry("Download to Downloads"));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return shownItems().size() == 20; }));
+    EXPECT_TRUE(waitUntil([this] { return shownItems().size() == 20; }));
     settle();
     EXPECT_GE(place(entry("TXT", 1)).left(), place(entry("TXT")).right() - 20) << "beside its entry";
     savePicture("export-menu-downloads");
@@ -188,7 +187,7 @@ TEST_F(ShownExportMenu, opensItsSubmenuByTheMouse)
     savePicture("export-menu-downloads-dark");
     click(entry("VTT", 1));
     EXPECT_THAT(actions.done, testing::ElementsAre("download vtt"));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
 }
 
 TEST_F(ShownExportMenu, isGoneThroughAndChosenFromByKeys)
@@ -208,7 +207,7 @@ TEST_F(ShownExportMenu, isGoneThroughAndChosenFromByKeys)
     EXPECT_EQ(highlighted(), "JSON");
     press(Qt::Key_Return);
     EXPECT_THAT(actions.done, testing::ElementsAre("save json"));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
     EXPECT_TRUE(item("button")->hasActiveFocus());
 }
 
@@ -220,16 +219,16 @@ TEST_F(ShownExportMenu, opensAndLeavesItsSubmenuByKeys)
     for (int step = 0; step < 7; ++step)
         press(Qt::Key_Down);
     press(Qt::Key_Right);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return shownItems().size() == 20; }));
+    ASSERT_TRUE(waitUntil([this] { return shownItems().size() == 20; }));
     press(Qt::Key_Left);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return shownItems().size() == 11; }));
+    ASSERT_TRUE(waitUntil([this] { return shownItems().size() == 11; }));
     press(Qt::Key_Right);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return shownItems().size() == 20; }));
+    ASSERT_TRUE(waitUntil([this] { return shownItems().size() == 20; }));
     EXPECT_EQ(highlighted(), "TXT");
     press(Qt::Key_Down);
     press(Qt::Key_Space);
     EXPECT_THAT(actions.done, testing::ElementsAre("download docx"));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
 }
 
 TEST_F(ShownExportMenu, isLeftByEscapeAndGivesTheFocusBack)
@@ -239,7 +238,7 @@ TEST_F(ShownExportMenu, isLeftByEscapeAndGivesTheFocusBack)
     open();
     press(Qt::Key_Down);
     press(Qt::Key_Escape);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
     EXPECT_TRUE(item("button")->hasActiveFocus());
     EXPECT_EQ(actions.done, QStringList());
 }
@@ -268,7 +267,7 @@ TEST_F(ShownExportMenu, isReadOutEntryByEntry)
     EXPECT_EQ(actions.done, QStringList()) << "a disabled entry";
     pressAccessibly(entry("HTML", 1));
     EXPECT_THAT(actions.done, testing::ElementsAre("download html"));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); }));
 }
 
 TEST_F(ShownExportMenu, followsTheStateWhileItIsOpen)
@@ -280,7 +279,7 @@ TEST_F(ShownExportMenu, followsTheStateWhileItIsOpen)
     transcription->setState({.hasContent = true, .hasSegments = true});
     EXPECT_TRUE(entry("SRT")->isEnabled());
     transcription->setState({});
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !isOpen(); })) << "there is nothing left to export";
+    EXPECT_TRUE(waitUntil([this] { return !isOpen(); })) << "there is nothing left to export";
 }
 
 TEST_F(ShownExportMenu, opensAboveItsButtonWhereThereIsMoreRoom)
@@ -290,7 +289,7 @@ TEST_F(ShownExportMenu, opensAboveItsButtonWhereThereIsMoreRoom)
     open();
     EXPECT_GE(place(entry("TXT")).top(), place(item("button")).bottom());
     press(Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    ASSERT_TRUE(waitUntil([this] { return !isOpen(); }));
     root->setProperty("buttonY", 400);
     open();
     EXPECT_LE(place(entry("Download to Downloads")).bottom(), place(item("button")).top());

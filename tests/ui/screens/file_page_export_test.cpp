@@ -17,7 +17,7 @@ protected:
         showPage(width, height);
         start(commands);
         waitFor([this] { return run().status() == "Done"; });
-        QTest::qWait(50);
+        settle();
     }
 };
 
@@ -28,9 +28,10 @@ TEST_F(FilePageExport, theRowOfActionsComesAndGoesWithTheText)
 {
     showPage();
     EXPECT_FALSE(isShown("exportMenu"));
-    start("sleep 200\n" + at42Percent);
+    start(bench.engine.awaitGate() + at42Percent);
     waitFor([this] { return run().isTranscribing(); });
     EXPECT_FALSE(isShown("exportMenu"));
+    bench.engine.openGate();
     waitFor([this] { return run().progress() == 0.42; });
     EXPECT_TRUE(isShown("exportMenu"));
     EXPECT_TRUE(item("exportMenu")->isEnabled()) << "while the run goes on";
@@ -47,7 +48,7 @@ TEST_F(FilePageExport, theRowStandsUnderTheTranscriptWithinThePage)
     EXPECT_EQ(item("exportMenu")->height(), 32);
     savePicture("file-done-export");
     click(item("exportMenu"));
-    QTest::qWait(50);
+    settle();
     savePicture("file-done-export-open");
     setDark(true);
     savePicture("file-done-export-open-dark");
@@ -61,7 +62,7 @@ TEST_F(FilePageExport, inASmallWindowTheRowIsScrolledTo)
     EXPECT_LE(place("exportMenu").bottom(), 480);
     EXPECT_GE(item("transcriptLines")->height(), 158);
     press(Qt::Key_Space);
-    QTest::qWait(50);
+    settle();
     savePicture("file-small-export-open");
     setDark(true);
     savePicture("file-small-export-open-dark");
@@ -71,7 +72,7 @@ TEST_F(FilePageExport, aSaveIsReportedInTheStatus)
 {
     showFinished(twoLines);
     pressAccessibly(item("exportMenu"));
-    QTest::qWait(50);
+    settle();
     press(Qt::Key_Down);
     press(Qt::Key_Down);
     press(Qt::Key_Return);

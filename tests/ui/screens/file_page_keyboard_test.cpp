@@ -1,5 +1,7 @@
 #include "file_page_test.h"
 
+#include "support/posted_work.h"
+
 namespace sorvanta {
 
 namespace {
@@ -80,7 +82,7 @@ TEST_F(FilePageKeyboard, leavesTheFocusWhereItIsWhenARunEndsElsewhere)
     tabTo(item("languagePicker"));
     run().stopRun();
     waitFor([this] { return !run().isTranscribing(); });
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(window->activeFocusItem()->objectName(), "languagePicker");
 }
 
@@ -147,7 +149,7 @@ TEST_F(FilePageKeyboard, doesNotScrollAwayALineThatIsPressedByTheMouse)
     showPage(460, 300);
     start(at42Percent);
     waitFor([this] { return isThere("line-1"); });
-    QTest::qWait(50); // for the layout
+    settle(); // for the layout
     const double scrolled = place("line-0").bottom() - 310;
     root->setProperty("contentY", scrolled);
     const QPoint inSight(qRound(place("line-0").left()) + 40, 296);

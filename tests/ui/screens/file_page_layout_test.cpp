@@ -16,7 +16,7 @@ protected:
 
     void expectThatNothingOverlaps()
     {
-        QTest::qWait(50);
+        settle();
         sorvanta::expectThatNothingOverlaps(root);
     }
     void expectThatNothingOverlapsAllTheWayDown()
@@ -91,7 +91,7 @@ TEST_F(FilePagePlaces, areThoseOfTheDrawing)
     EXPECT_EQ(place("startButton"), QRectF(62, 345, 160, 32));
     start(at42Percent);
     waitFor([this] { return run().progress() == 0.42; });
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(place("startButton"), QRectF(62, 345, 160, 32)) << "rows appear, nothing moves";
     EXPECT_EQ(place("stopButton"), QRectF(806, 389, 72, 32));
     EXPECT_EQ(place("progressBar"), QRectF(62, 402, 516, 6));

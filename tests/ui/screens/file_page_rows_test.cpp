@@ -139,7 +139,7 @@ TEST_F(FilePageRows, theStopButtonStops)
     showPage();
     start(at42Percent);
     waitFor([this] { return run().lines()->count() == 2; });
-    QTest::qWait(20); // the row takes its place
+    settle(); // the row takes its place
     click(item("stopButton"));
     waitFor([this] { return run().status() == "Cancelled"; });
     EXPECT_EQ(text("statusText"), "Cancelled");
@@ -167,7 +167,7 @@ TEST_F(FilePageRows, anErrorStandsBesideTheButtonThatCopiesIt)
     showPage();
     start("complain no such model%0A\nexit 2\n");
     waitFor([this] { return run().hasError(); });
-    QTest::qWait(20);
+    settle();
     EXPECT_TRUE(isShown("errorText"));
     EXPECT_EQ(text("errorText"), "Whisper failed: no such model");
     EXPECT_EQ(item("errorText")->property("color").value<QColor>(), color("danger"));
@@ -184,7 +184,7 @@ TEST_F(FilePageRows, theRowsStandInTheirOrder)
     start(at42Percent);
     waitFor([this] { return run().progress() == 0.42; });
     run().setError("An error beside a run.");
-    QTest::qWait(20);
+    settle();
     const auto heading = item("fileName"); // between title and pickers
     QStringList order{"chooseFileButton", "modelPicker", "languagePicker", "startButton",
                       "errorText",        "stopButton",  "transcriptLines"};
@@ -200,7 +200,7 @@ TEST_F(FilePageRows, theRowsStandInTheirOrder)
     run().setError({});
     run().stopRun();
     waitFor([this] { return run().status() == "Cancelled"; });
-    QTest::qWait(20);
+    settle();
     EXPECT_LE(place("startButton").bottom(), place("statusText").top());
     EXPECT_LE(place("statusText").bottom(), place("transcriptLines").top());
 }
@@ -213,7 +213,7 @@ TEST_F(FilePageRows, theErrorAndItsButtonShareTheFirstBaseline)
     };
     for (const QString &error : {QString("Short."), QString("A long error. ").repeated(60)}) {
         run().setError(error);
-        QTest::qWait(20);
+        settle();
         const QQuickItem *label = nullptr;
         for (QQuickItem *part : item("copyErrorButton")->findChildren<QQuickItem *>()) {
             if (part->property("text").toString() == "Copy Error" && part->inherits("QQuickText"))

@@ -1,5 +1,6 @@
 #include "history_page_test.h"
 #include "shown_texts.h"
+#include "support/waiting.h"
 
 namespace sorvanta {
 
@@ -44,7 +45,7 @@ protected:
         players.duration = 138;
         click(item("playButton"));
         players.position = 47;
-        ASSERT_TRUE(QTest::qWaitFor([this] { return text("positionText") == "0:47"; }));
+        ASSERT_TRUE(waitUntil([this] { return text("positionText") == "0:47"; }));
     }
     void saveBoth(const QString &name)
     {

@@ -1,5 +1,7 @@
 #include "history_page_test.h"
 
+#include "support/waiting.h"
+
 #include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -373,7 +375,7 @@ TEST_F(HistoryPageDetail, playsPausesAndSeeks)
     EXPECT_EQ(text("playButton"), "Pause Audio");
     EXPECT_EQ(text("durationText"), "2:18");
     players.position = 47;
-    ASSERT_TRUE(QTest::qWaitFor([this] { return text("positionText") == "0:47"; }));
+    ASSERT_TRUE(waitUntil([this] { return text("positionText") == "0:47"; }));
     EXPECT_EQ(item("positionSlider")->property("value").toDouble(), 47);
     EXPECT_EQ(item("positionSlider")->property("to").toDouble(), 138);
     click(item("playButton"));
@@ -492,7 +494,7 @@ TEST_F(HistoryPageDeletion, isCancelledByTheButtonAndByEscape)
 {
     ask();
     click(item("cancelDeletionButton"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    ASSERT_TRUE(waitUntil([this] { return !isOpen(); }));
     EXPECT_FALSE(screen.showDeleteConfirmation());
     EXPECT_EQ(screen.rows()->count(), 3);
     EXPECT_TRUE(item("deleteButton")->hasActiveFocus());
@@ -500,7 +502,7 @@ TEST_F(HistoryPageDeletion, isCancelledByTheButtonAndByEscape)
     settle();
     EXPECT_TRUE(screen.showDeleteConfirmation());
     press(Qt::Key_Escape);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    ASSERT_TRUE(waitUntil([this] { return !isOpen(); }));
     EXPECT_FALSE(screen.showDeleteConfirmation());
     EXPECT_EQ(screen.rows()->count(), 3);
 }
@@ -509,7 +511,7 @@ TEST_F(HistoryPageDeletion, deletesAndGoesToTheFirstEntryLeft)
 {
     ask();
     click(item("confirmDeletionButton"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !isOpen(); }));
+    ASSERT_TRUE(waitUntil([this] { return !isOpen(); }));
     settle();
     EXPECT_EQ(screen.rows()->count(), 2);
     EXPECT_EQ(text("entryTitle"), "Lecture 04.mp4");
@@ -524,8 +526,8 @@ TEST_F(HistoryPageDeletion, ofTheLastEntryHandsTheFocusToTheSearch)
     settle();
     pressAccessibly(item("confirmDeletionButton"));
     settle();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isShown("emptyHistory"); }));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return item("historySearch")->hasActiveFocus(); }));
+    ASSERT_TRUE(waitUntil([this] { return isShown("emptyHistory"); }));
+    ASSERT_TRUE(waitUntil([this] { return item("historySearch")->hasActiveFocus(); }));
     EXPECT_TRUE(isShown("noSelection"));
 }
 

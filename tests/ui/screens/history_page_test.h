@@ -26,11 +26,6 @@ protected:
         screen.appear();
         settle();
     }
-    static void settle()
-    {
-        QCoreApplication::processEvents();
-        QTest::qWait(20);
-    }
     /// As the window shows it: 260 to the right of this.
     void showPage(int width = 940, int height = 700)
     {

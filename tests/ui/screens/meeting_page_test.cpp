@@ -157,7 +157,7 @@ TEST_F(MeetingPage, theFocusGoesOnWhenThePauseButtonGoes)
     showPage();
     tabTo(item("pauseButton"));
     screen->toggleRecording();
-    QTest::qWait(20);
+    settle();
     EXPECT_TRUE(item("recordButton")->hasActiveFocus());
 }
 
@@ -207,7 +207,7 @@ TEST_F(MeetingPage, anErrorStandsInRedInTheRecordingBlock)
     EXPECT_TRUE(isShown("errorText"));
     EXPECT_FALSE(isShown("copyErrorButton"));
     EXPECT_EQ(item("errorText")->property("color").value<QColor>(), color("danger"));
-    QTest::qWait(50); // the rows find their places
+    settle(); // the rows find their places
     EXPECT_LT(place("headline").bottom(), place("errorText").top());
     EXPECT_LT(place("errorText").bottom(), place("languagePicker").top());
 }
@@ -217,16 +217,18 @@ TEST_F(MeetingPage, aRunShowsItsRows)
     useModel(at42Percent);
     recordAndStop();
     showPage();
+    QStringList statuses;
+    QObject::connect(&run(), &RunState::statusChanged, root, [&] { statuses << text("statusText"); });
     EXPECT_FALSE(isShown("progressBar"));
     click(item("transcribeButton"));
     EXPECT_EQ(text("transcribeButton"), "Transcribing…");
     EXPECT_TRUE(item("transcribeButton")->property("busy").toBool());
     EXPECT_FALSE(item("transcribeButton")->isEnabled());
-    EXPECT_EQ(text("statusText"), "Converting…");
     waitFor([this] { return run().progress() == 0.42; });
     EXPECT_TRUE(isShown("progressBar"));
     EXPECT_EQ(text("progressText"), "Progress: 42%");
     EXPECT_TRUE(isShown("transcriptLines"));
+    EXPECT_THAT(statuses, ElementsAre("Converting…", "Preparing…"));
 }
 
 TEST_F(MeetingPage, isDarkInTheDark)

@@ -17,7 +17,7 @@ protected:
     /// All of the page, seen or scrolled away.
     void expectThatNothingOverlaps()
     {
-        QTest::qWait(50);
+        settle();
         const double gutter = 24;
         const QRectF all(-1e6, -1e6, 2e6, 2e6);
         const auto texts = shownTexts(root->property("contentItem").value<QQuickItem *>(), all);
@@ -90,7 +90,7 @@ TEST_F(ModelsPagePlaces, areThoseOfTheDrawing)
     setStatus(LargeTurbo, ModelStatus::Downloaded{"/x"}, true);
     setStatus(Large, downloading(1'330'000'000, 3'100'000'000, 252));
     setStatus(Medium, ModelStatus::Failed{"The network connection was lost."}, true);
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(area(card(LargeTurbo)), QRectF(62, 96, 816, 190));
     EXPECT_EQ(area(LargeTurbo, "name").topLeft(), QPointF(78, 112));
     EXPECT_EQ(area(LargeTurbo, "recommendedBadge").topLeft(), area(LargeTurbo, "name").topRight() + QPointF(12, 0));

@@ -1,5 +1,7 @@
 #include "models_page_test.h"
 
+#include "support/waiting.h"
+
 #include <QAccessible>
 #include <QSignalSpy>
 
@@ -135,13 +137,13 @@ TEST_F(ModelsPageRows, areWorkedByClicks)
     for (const char *button : {"downloadButton", "retryButton"}) {
         const QSignalSpy changed(part(LargeTurbo, "status"), SIGNAL(textChanged(QString)));
         click(part(LargeTurbo, button));
-        ASSERT_TRUE(QTest::qWaitFor([this] { return isShown(LargeTurbo, "retryButton"); }, 20000));
+        ASSERT_TRUE(waitUntil([this] { return isShown(LargeTurbo, "retryButton"); }));
         EXPECT_EQ(changed.value(0).value(0), "Downloading 0%") << button;
-        QTest::qWait(20);
+        settle();
     }
 
     makeFile("ggml-large-v3-turbo.bin");
-    QTest::qWait(20);
+    settle();
     click(part(LargeTurbo, "revealButton"));
     EXPECT_THAT(revealed, ElementsAre(path("ggml-large-v3-turbo.bin")));
     click(part(LargeTurbo, "deleteButton"));
@@ -187,7 +189,7 @@ TEST_F(ModelsPageRows, arePressedByAScreenReader)
     blockDownload("ggml-tiny.bin");
     pressAccessibly(part(Tiny, "downloadButton"));
     EXPECT_EQ(text(Tiny, "status"), "Downloading 0%");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isShown(Tiny, "retryButton"); }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return isShown(Tiny, "retryButton"); }));
 }
 
 class ModelsPageKeyboard : public ModelsPageTest {
@@ -240,7 +242,7 @@ TEST_F(ModelsPageKeyboard, staysWithTheModelWhoseButtonGoesAway)
     press(Qt::Key_Return);
     EXPECT_TRUE(card(Base)->hasActiveFocus());
     EXPECT_EQ(pixel(card(Base), 100, -2), color("focus")) << "the ring is round the card now";
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isShown(Base, "retryButton"); }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return isShown(Base, "retryButton"); }));
     press(Qt::Key_Tab);
     EXPECT_TRUE(part(Base, "retryButton")->hasActiveFocus()) << focused().toStdString();
     press(Qt::Key_Tab);
@@ -254,7 +256,7 @@ TEST_F(ModelsPageKeyboard, showsNoRingToTheMouse)
     click(part(LargeTurbo, "downloadButton"));
     EXPECT_TRUE(card(LargeTurbo)->hasActiveFocus());
     EXPECT_EQ(pixel(card(LargeTurbo), 100, -2), color("windowColor"));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return isShown(LargeTurbo, "retryButton"); }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return isShown(LargeTurbo, "retryButton"); }));
 }
 
 } // namespace

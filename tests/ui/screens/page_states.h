@@ -42,7 +42,7 @@ protected:
 private:
     void lookAt(const QString &picture)
     {
-        QTest::qWait(50); // the rows find their places
+        this->settle(); // the rows find their places
         expectThatNothingOverlaps(this->root);
         this->savePicture(picture);
         const double below = this->root->property("contentHeight").toDouble() - this->root->height();

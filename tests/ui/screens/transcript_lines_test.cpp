@@ -47,7 +47,7 @@ TEST_F(TranscriptLines, makesRowsOnlyForWhatIsInSight)
     showPage();
     start(printed(0, 12000));
     waitFor([this] { return run().status() == "Done"; });
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(list()->property("count").toInt(), 12000);
     const double rowHeight = 21;
     const int inSight = qCeil((list()->height() + 2 * 400) / rowHeight);
@@ -56,7 +56,7 @@ TEST_F(TranscriptLines, makesRowsOnlyForWhatIsInSight)
     EXPECT_EQ(topRow(), "line number 0 of a long talk");
     tabTo(list());
     press(Qt::Key_End);
-    QTest::qWait(50);
+    settle();
     EXPECT_LE(rows().size(), inSight + 2);
     QStringList texts;
     for (const QQuickItem *row : rows())
@@ -67,25 +67,26 @@ TEST_F(TranscriptLines, makesRowsOnlyForWhatIsInSight)
 TEST_F(TranscriptLines, holdsStillWhileLinesAreAppended)
 {
     showPage();
-    QByteArray commands = printed(0, 400) + "sleep 300\n";
+    QByteArray commands = printed(0, 400) + bench.engine.awaitGate();
     for (int piece = 0; piece < 20; ++piece)
         commands += printed(400 + piece * 100, 500 + piece * 100) + "sleep 20\n";
     start(commands + "sleep 60000\n");
     waitFor([this] { return run().lines()->count() == 400; });
-    QTest::qWait(50);
+    settle();
     scrollTo(3003);
-    QTest::qWait(50);
+    settle();
     const double y = contentY();
     const QString top = topRow();
     EXPECT_EQ(y, 3003);
     EXPECT_FALSE(top.isEmpty());
+    bench.engine.openGate();
     while (run().lines()->count() < 2400) {
         const int before = run().lines()->count();
         waitFor([this, before] { return run().lines()->count() > before; });
         ASSERT_EQ(contentY(), y);
         ASSERT_EQ(topRow(), top);
     }
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(contentY(), y);
     EXPECT_EQ(topRow(), top);
 }
@@ -93,19 +94,22 @@ TEST_F(TranscriptLines, holdsStillWhileLinesAreAppended)
 TEST_F(TranscriptLines, holdsStillAtTheTopAndAtTheEnd)
 {
     showPage();
-    start(printed(0, 100) + "sleep 300\n" + printed(100, 200) + "sleep 300\n" + printed(200, 300) + "sleep 60000\n");
+    start(printed(0, 100) + bench.engine.awaitGate("at the top") + printed(100, 200)
+          + bench.engine.awaitGate("at the end") + printed(200, 300) + "sleep 60000\n");
     waitFor([this] { return run().lines()->count() == 100; });
-    QTest::qWait(20);
+    settle();
     const double atTop = contentY();
+    bench.engine.openGate("at the top");
     waitFor([this] { return run().lines()->count() == 200; });
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(contentY(), atTop);
     tabTo(list());
     press(Qt::Key_End);
     const double atEnd = contentY();
     EXPECT_GT(atEnd, 0);
+    bench.engine.openGate("at the end");
     waitFor([this] { return run().lines()->count() == 300; });
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(contentY(), atEnd);
 }
 
@@ -114,12 +118,12 @@ TEST_F(TranscriptLines, beginsAtTheTopAgainWithTheNextRun)
     showPage();
     start(printed(0, 300));
     waitFor([this] { return run().status() == "Done"; });
-    QTest::qWait(20);
+    settle();
     const double atTop = contentY();
     scrollTo(2000);
     start(printed(0, 200));
     waitFor([this] { return run().status() == "Done"; });
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(contentY(), atTop);
 }
 
@@ -150,7 +154,7 @@ TEST_F(TranscriptLines, eachRowIsATextThatCanBeSelectedAndIsReadOut)
     showPage();
     start("print [x] Good morning%0A[x] <b>Two</b>%0A\n");
     waitFor([this] { return run().status() == "Done"; });
-    QTest::qWait(20);
+    settle();
     ASSERT_EQ(rows().size(), 2);
     const QStringList words = spokenWords(accessible(list()));
     EXPECT_TRUE(words.contains("Good morning"));

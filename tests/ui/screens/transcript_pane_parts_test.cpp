@@ -17,7 +17,7 @@ protected:
         showPage();
         start(commands);
         waitFor([this] { return run().status() == "Done"; });
-        QTest::qWait(50);
+        settle();
     }
     TranscriptPane &pane() { return *screen.pane(); }
     QString symbol(const QString &name) const { return QQmlProperty::read(item(name), "icon.name").toString(); }
@@ -109,14 +109,15 @@ TEST_F(TranscriptPaneParts, anOpenSheetSaysThatThereIsNoLogYetWhenARunBegins)
 {
     showFinished("print [x] One%0A\n");
     pane().setShowLogsSheet(true);
-    QTest::qWait(50);
+    settle();
     EXPECT_FALSE(isShown("noLogs"));
-    useModel("sleep 300\nprint [x] Two%0A\n");
+    useModel(bench.engine.awaitGate() + "print [x] Two%0A\n");
     run().start("/music/a.m4a", *screen.model()->modelPath(), "auto");
     EXPECT_TRUE(isShown("noLogs"));
     EXPECT_EQ(text("noLogs"), "No logs available.");
     EXPECT_EQ(item("logLines")->property("count").toInt(), 0);
     savePicture("pane-no-logs");
+    bench.engine.openGate();
     waitFor([this] { return run().status() == "Done"; });
     EXPECT_FALSE(isShown("noLogs"));
     EXPECT_EQ(item("logLines")->property("count").toInt(), 1);
@@ -125,7 +126,7 @@ TEST_F(TranscriptPaneParts, anOpenSheetSaysThatThereIsNoLogYetWhenARunBegins)
 TEST_F(TranscriptPaneParts, showLogsIsOfferedWhileTheOutputHoldsAnything)
 {
     showPage();
-    useModel("sleep 20000\n");
+    useModel("sleep 60000\n");
     choose("/music/a.m4a");
     screen.start();
     EXPECT_FALSE(isShown("showLogsButton"));
@@ -143,7 +144,7 @@ TEST_F(TranscriptPaneParts, tenThousandLinesOfAnyLengthStandInTheirCard)
     showFinished(commands);
     pane().search()->setSearchText("harbour");
     pane().search()->previousMatch();
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(text("matchCounter"), "10000 / 10000");
     EXPECT_LE(item("matchCounter")->property("contentWidth").toDouble(), place("matchCounter").width());
     EXPECT_LE(place("matchButtons").right(), place("transcriptCounts").left());

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QQmlComponent>
+#include <QSignalSpy>
 
 #include <algorithm>
 #include <memory>
@@ -52,14 +53,14 @@ protected:
         showPage(width, height);
         start(harbour + "sleep 60000\n");
         waitFor([this] { return run().lines()->count() == 8; });
-        QTest::qWait(50);
+        settle();
     }
     void showFinished(const QByteArray &commands = harbour)
     {
         showPage();
         start(commands);
         waitFor([this] { return run().status() == "Done"; });
-        QTest::qWait(50);
+        settle();
     }
     void search(const QString &text)
     {
@@ -135,7 +136,7 @@ TEST_F(TranscriptPaneUi, standsWhereTheDrawingHasIt)
 {
     showRunning();
     search("harbour");
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(place("transcriptSearchField"), QRectF(62, 433, 280, 32));
     EXPECT_EQ(place("matchButtons"), QRectF(414, 433, 65, 32));
     EXPECT_EQ(text("matchCounter"), "1 / 3");
@@ -161,7 +162,7 @@ TEST_F(TranscriptPaneUi, paintsHitsAndTheCurrentOneInItsOwnColour)
 {
     showRunning();
     search("harbour");
-    QTest::qWait(50);
+    settle();
     EXPECT_GT(pixelsOf("line-0", color("hitCurrent")), 200);
     EXPECT_EQ(pixelsNear("line-0", hitOnCard()), 0);
     EXPECT_GT(pixelsNear("line-4", hitOnCard()), 200);
@@ -170,7 +171,7 @@ TEST_F(TranscriptPaneUi, paintsHitsAndTheCurrentOneInItsOwnColour)
 
     click(item("nextButton"));
     EXPECT_EQ(text("matchCounter"), "2 / 3");
-    QTest::qWait(50);
+    settle();
     EXPECT_GT(pixelsOf("line-4", color("hitCurrent")), 200);
     EXPECT_EQ(pixelsOf("line-0", color("hitCurrent")), 0);
     EXPECT_GT(pixelsNear("line-0", hitOnCard()), 200);
@@ -179,7 +180,7 @@ TEST_F(TranscriptPaneUi, paintsHitsAndTheCurrentOneInItsOwnColour)
     click(item("previousButton"));
     EXPECT_EQ(text("matchCounter"), "3 / 3");
     pane().search()->setSearchText({});
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(pixelsOf("line-0", color("hitCurrent")) + pixelsNear("line-4", hitOnCard()), 0);
     EXPECT_EQ(text("matchCounter"), "0 / 0");
 }
@@ -224,14 +225,14 @@ TEST_F(TranscriptPaneUi, centresTheRowOfTheCurrentHit)
     EXPECT_EQ(text("matchCounter"), "1 / 10");
     const double before = contentY();
     press(Qt::Key_Return);
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(text("matchCounter"), "2 / 10");
     EXPECT_GT(contentY(), before);
     const QRectF list = place("transcriptLines");
     EXPECT_NEAR(place("line-150").center().y(), list.center().y(), 2);
     click(item("previousButton"));
     click(item("previousButton"));
-    QTest::qWait(50);
+    settle();
     EXPECT_NEAR(place("line-950").center().y(), list.center().y(), 2);
 }
 
@@ -245,16 +246,16 @@ TEST_F(TranscriptPaneUi, scrollsToAHitInTheTimeOfTheLookUnlessMotionIsReduced)
     ASSERT_NE(look, nullptr);
     look->setProperty("motion", true);
     search("gull");
-    const double before = contentY();
+    QSignalSpy moved(item("transcriptLines"), SIGNAL(contentYChanged()));
     press(Qt::Key_Return);
     const double atOnce = contentY();
-    QTest::qWait(100);
-    const double onTheWay = contentY();
-    EXPECT_GT(onTheWay, atOnce);
-    EXPECT_GT(onTheWay, before);
-    QTest::qWait(400);
-    EXPECT_GT(contentY(), onTheWay);
-    EXPECT_NEAR(place("line-150").center().y(), place("transcriptLines").center().y(), 2);
+    const auto isInTheMiddle = [this] {
+        return isThere("line-150")
+               && std::abs(place("line-150").center().y() - place("transcriptLines").center().y()) <= 2;
+    };
+    EXPECT_TRUE(waitUntil(isInTheMiddle));
+    EXPECT_LT(atOnce, contentY());
+    EXPECT_GT(moved.count(), 1);
     look->setProperty("motion", false);
 }
 
@@ -298,7 +299,7 @@ TEST_F(TranscriptPaneUi, afterClearOutputOnlyTheStartControlsStay)
     search("harbour");
     tabTo(item("clearOutputButton"));
     press(Qt::Key_Space);
-    QTest::qWait(50);
+    settle();
     for (const char *name : {"transcriptSearchField", "transcriptLines", "fullViewButton", "showLogsButton",
                              "copyOutputButton", "clearOutputButton", "statusText"})
         EXPECT_FALSE(isShown(name)) << name;
@@ -318,7 +319,7 @@ TEST_F(TranscriptPaneUi, clearedInMidRunTheBlockComesBackWithTheNextOutput)
     click(item("clearOutputButton"));
     EXPECT_FALSE(isShown("transcriptSearchField"));
     EXPECT_TRUE(isShown("stopButton"));
-    QTest::qWait(20);
+    settle();
     EXPECT_TRUE(item("stopButton")->hasActiveFocus());
     waitFor([this] { return run().lines()->count() == 2; });
     EXPECT_TRUE(isShown("transcriptSearchField"));
@@ -348,7 +349,7 @@ TEST_F(TranscriptPaneUi, theSheetShowsTheLog)
     EXPECT_FALSE(pane().showLogsSheet());
     tabTo(item("showLogsButton"));
     press(Qt::Key_Space);
-    QTest::qWait(50);
+    settle();
     EXPECT_TRUE(pane().showLogsSheet());
     EXPECT_EQ(text("logsTitle"), "Logs");
     EXPECT_FALSE(isShown("noLogs"));
@@ -368,7 +369,7 @@ TEST_F(TranscriptPaneUi, theSheetShowsTheLog)
 
     tabTo(item("closeLogsButton"));
     press(Qt::Key_Return);
-    QTest::qWait(50);
+    settle();
     EXPECT_FALSE(pane().showLogsSheet());
     EXPECT_EQ(pane().log()->count(), 0) << "nothing is kept for a sheet that is not there";
 }
@@ -377,12 +378,12 @@ TEST_F(TranscriptPaneUi, theSheetClosesByEscapeAndOpensAgain)
 {
     showRunning();
     click(item("showLogsButton"));
-    QTest::qWait(50);
+    settle();
     press(Qt::Key_Escape);
-    QTest::qWait(50);
+    settle();
     EXPECT_FALSE(pane().showLogsSheet());
     click(item("showLogsButton"));
-    QTest::qWait(50);
+    settle();
     EXPECT_TRUE(pane().showLogsSheet());
     EXPECT_TRUE(isShown("logLines"));
 }
@@ -391,14 +392,14 @@ TEST_F(TranscriptPaneUi, theSheetScrollsByKeysAndItsLinesCanBeSelected)
 {
     showFinished(longTalk(500));
     click(item("showLogsButton"));
-    QTest::qWait(50);
+    settle();
     QQuickItem *log = item("logLines");
     const double top = log->property("contentY").toDouble();
     press(Qt::Key_End);
     EXPECT_GT(log->property("contentY").toDouble(), top + 1000);
     press(Qt::Key_Home);
     EXPECT_EQ(log->property("contentY").toDouble(), top);
-    QTest::qWait(20);
+    settle();
     const QPointF left = place("logLines").topLeft() + QPointF(12, 18);
     QTest::mousePress(window.get(), Qt::LeftButton, Qt::NoModifier, left.toPoint());
     QTest::mouseMove(window.get(), (left + QPointF(60, 0)).toPoint());
@@ -424,7 +425,7 @@ TEST_F(TranscriptPaneUi, fiftyMegabytesOfLogDoNotHoldTheWindowUp)
          "    TextEdit { id: words; width: 600; wrapMode: TextEdit.Wrap; text: parent.text } } }",
          {{"log", QVariant::fromValue(&log)}, {"width", 600}, {"height", 400}});
     QMetaObject::invokeMethod(root, "positionViewAtEnd");
-    QTest::qWait(10);
+    settle();
     EXPECT_LT(root->property("contentItem").value<QQuickItem *>()->childItems().size(), 100)
         << "rows are made in sight";
 }
@@ -460,7 +461,7 @@ TEST_F(TranscriptPaneViewer, isOpenedOnceWithWhatIsShown)
     waitFor([] { return viewerWindows() == 1; });
     EXPECT_EQ(pane().viewer()->model().counts(), pane().counts());
     pressAccessibly(item("fullViewButton"));
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(viewerWindows(), 1) << "it is raised";
     pane().clearOutput();
     EXPECT_EQ(viewerWindows(), 1) << "the window stays without text";
@@ -484,7 +485,7 @@ TEST_P(TranscriptPaneSizes, nothingOverlapsAndNothingIsCutOff)
     press(Qt::Key_A);
     const double end = root->property("contentHeight").toDouble() - root->height();
     root->setProperty("contentY", qMax(0.0, end));
-    QTest::qWait(50);
+    settle();
     const QString name = QString("pane-%1x%2").arg(GetParam().width).arg(GetParam().height);
     savePicture(name);
     expectThatNothingOverlaps(root);
@@ -498,7 +499,7 @@ TEST_P(TranscriptPaneSizes, nothingOverlapsAndNothingIsCutOff)
     setDark(true);
     savePicture(name + "-dark");
     pane().setShowLogsSheet(true);
-    QTest::qWait(50);
+    settle();
     savePicture(name + "-logs-dark");
     EXPECT_LE(place("closeLogsButton").bottom(), root->height());
 }

@@ -57,7 +57,7 @@ TEST_F(ControlSheet, scrollsWithAThinThumbInItsLane)
 {
     show("import QtQuick\nimport QtQuick.Controls\n"
          "ScrollView { width: 200; height: 100; contentWidth: 150; TextArea { text: 'a\\n'.repeat(40) } }");
-    QTest::qWait(50);
+    settle();
     const QImage image = grab();
     const QColor page = color("windowColor");
     int thumb = 0;

@@ -1,4 +1,5 @@
 #include "support/printing.h"
+#include "support/waiting.h"
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
@@ -302,7 +303,7 @@ TEST_F(Controls, theFillOfAProgressBarKeepsItsShareWhileTheBarChangesItsWidth)
     EXPECT_EQ(fill->width(), 40);
     bar->setProperty("value", 1);
     EXPECT_LT(fill->width(), 80) << "it grows in a fifth of a second";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return fill->width() == 80; }));
+    EXPECT_TRUE(waitUntil([&] { return fill->width() == 80; }));
 }
 
 TEST_F(Controls, theLevelFillIsNeverUnderThreePixels)

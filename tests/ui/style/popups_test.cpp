@@ -1,4 +1,5 @@
 #include "support/printing.h"
+#include "support/waiting.h"
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
@@ -58,7 +59,7 @@ TEST_F(Picker, isOperatedByAssistiveTechnology)
 {
     pressAccessibly(item("it"));
     ASSERT_TRUE(isOpen());
-    QTest::qWait(50);
+    settle();
     QQuickItem *german = named("German (de)");
     ASSERT_NE(german, nullptr);
     EXPECT_EQ(accessible(german)->role(), QAccessible::ListItem);
@@ -76,7 +77,7 @@ TEST_F(Picker, followsItsOwnerAlsoAfterAChoiceByAssistiveTechnology)
                "ComboBox { objectName: 'it'; model: ['one', 'two', 'three']; currentIndex: page.chosen\n"
                "onActivated: index => page.chosen = index }");
     pressAccessibly(item("it"));
-    QTest::qWait(50);
+    settle();
     pressAccessibly(named("two"));
     EXPECT_EQ(root->property("chosen"), 1);
     root->setProperty("chosen", 2);
@@ -105,7 +106,7 @@ TEST_F(Picker, isOperatedByTheMouse)
 {
     click(item("it"));
     ASSERT_TRUE(isOpen());
-    QTest::qWait(50);
+    settle();
     QQuickItem *welsh = named("Welsh (cy)");
     ASSERT_NE(welsh, nullptr);
     EXPECT_EQ(welsh->height(), 30);
@@ -142,7 +143,7 @@ TEST_F(ExportMenu, opensUnderItsButtonAndIsChosenFromByTheMouse)
 {
     click(item("button"));
     ASSERT_TRUE(isOpen());
-    QTest::qWait(50);
+    settle();
     EXPECT_GE(named("TXT")->mapToScene({0, 0}).y(), item("button")->height());
     click(named("TXT"));
     EXPECT_EQ(chosen(), "TXT;");
@@ -153,7 +154,7 @@ TEST_F(ExportMenu, isChosenFromByAssistiveTechnology)
 {
     pressAccessibly(item("button"));
     ASSERT_TRUE(isOpen());
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(accessible(named("TXT"))->role(), QAccessible::MenuItem);
     pressAccessibly(named("SRT"));
     EXPECT_EQ(chosen(), "");
@@ -165,9 +166,9 @@ TEST_F(ExportMenu, isChosenFromByAssistiveTechnology)
 TEST_F(ExportMenu, opensItsSubmenuForAssistiveTechnology)
 {
     pressAccessibly(item("button"));
-    QTest::qWait(50);
+    settle();
     pressAccessibly(named("Download to Downloads"));
-    QTest::qWait(50);
+    settle();
     ASSERT_NE(named("JSON"), nullptr);
     pressAccessibly(named("JSON"));
     EXPECT_EQ(chosen(), "JSON;");
@@ -218,7 +219,7 @@ TEST_F(Popups, aToolTipShowsItsTextInItsOwnColours)
     };
     EXPECT_FALSE(isShown());
     root->setProperty("pointed", true);
-    EXPECT_TRUE(QTest::qWaitFor(isShown));
+    EXPECT_TRUE(waitUntil(isShown));
 }
 
 } // namespace

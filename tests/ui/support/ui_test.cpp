@@ -1,5 +1,7 @@
 #include "ui/support/ui_test.h"
 
+#include "support/waiting.h"
+
 #include <QAccessible>
 #include <QAccessibleActionInterface>
 #include <QQmlComponent>
@@ -112,6 +114,18 @@ QQuickItem *UiTest::find(const QString &objectName) const
         waiting += candidate->childItems();
     }
     return nullptr;
+}
+
+void UiTest::settle() const
+{
+    QTest::qWait(20);
+    for (int frame = 0; window && frame < 3; ++frame) {
+        bool isDrawn = false;
+        const QObject listener;
+        QObject::connect(window.get(), &QQuickWindow::frameSwapped, &listener, [&isDrawn] { isDrawn = true; });
+        window->update();
+        EXPECT_TRUE(waitUntil([&isDrawn] { return isDrawn; }));
+    }
 }
 
 void UiTest::setDark(bool isDark)

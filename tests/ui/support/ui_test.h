@@ -47,6 +47,9 @@ protected:
         return shown->mapRectToScene(QRectF(0, 0, shown->width(), shown->height()));
     }
 
+    /// Lets what is shown come to rest: items are laid out before a frame is drawn, and what follows them before the
+    /// next one.
+    void settle() const;
     void setDark(bool isDark);
     QColor color(const char *token) const;
     /// A word of the look, for example the name of a font family.

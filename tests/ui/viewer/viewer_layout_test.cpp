@@ -1,5 +1,7 @@
 #include "viewer_window.h"
 
+#include "support/waiting.h"
+
 #include <QClipboard>
 #include <QQmlProperty>
 
@@ -50,7 +52,7 @@ TEST_F(ViewerLayout, opensInTheMiddleOfTheScreenAndStaysWhereItsUserPutsIt)
     EXPECT_LE((window->geometry().center() - middle).manhattanLength(), frame);
     window->setPosition(31, 17);
     window->resize(1180, 900);
-    QTest::qWait(50);
+    settle();
     EXPECT_LE((window->position() - QPoint(31, 17)).manhattanLength(), frame);
 }
 
@@ -72,7 +74,7 @@ TEST_F(ViewerLayout, longCountsAreCutOffInTheHeaderAndWrappedInThePanel)
     fill(3);
     open(820, 580);
     viewer.model().setCounts(QString("1234567890 words · ").repeated(6));
-    QTest::qWait(50);
+    settle();
     EXPECT_LE(place(item("viewerCounts")).right(), place(list()).right() + 1);
     EXPECT_GT(item("totalText")->height(), 2 * 16);
     EXPECT_LE(place(item("totalText")).right(), 820 - 16);
@@ -199,7 +201,7 @@ TEST_F(ViewerLayout, aRowHasItsPaddingsSpacesAndMark)
     EXPECT_LT(times->property("font").value<QFont>().pixelSize(), 12);
     EXPECT_EQ(words->property("font").value<QFont>().pixelSize(), 16);
     click(item("timestampsSwitch"));
-    QTest::qWait(20);
+    settle();
     EXPECT_EQ(place(words).top() - place(row(1)).top(), 6) << "no gap is left of the times";
 }
 
@@ -228,15 +230,15 @@ TEST_F(ViewerLayout, whatIsHeardIsMarkedWithoutScrollingIfSoChosen)
     viewer.updateActiveSegment(4);
     EXPECT_EQ(row(2)->property("color").value<QColor>(), color("rowActive"));
     viewer.updateActiveSegment(300);
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(contentY(), before);
     EXPECT_EQ(row(2)->property("color").value<QColor>().alpha(), 0);
     view().setAutoScrollToPlayback(true);
     viewer.updateActiveSegment(301.5);
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(contentY(), before) << "nothing is heard in a gap";
     viewer.updateActiveSegment(302);
-    QTest::qWait(50);
+    settle();
     EXPECT_LE(std::abs(fromCentre(151)), 1);
 }
 
@@ -306,10 +308,10 @@ TEST_F(ViewerLayout, escapeClosesThePickerFirstAndThenTheWindow)
     open();
     click(item("fontPicker"));
     const auto *popup = item("fontPicker")->property("popup").value<QObject *>();
-    ASSERT_TRUE(QTest::qWaitFor([popup] { return popup->property("opened").toBool(); }));
+    ASSERT_TRUE(waitUntil([popup] { return popup->property("opened").toBool(); }));
     press(Qt::Key_Escape);
     ASSERT_NE(viewer.transcriptWindow(), nullptr);
-    EXPECT_TRUE(QTest::qWaitFor([popup] { return !popup->property("visible").toBool(); }));
+    EXPECT_TRUE(waitUntil([popup] { return !popup->property("visible").toBool(); }));
     click(item("searchField"));
     press(Qt::Key_Escape);
     EXPECT_EQ(viewer.transcriptWindow(), nullptr);
@@ -385,11 +387,11 @@ TEST_F(ViewerLayout, looksAsDrawnWithTenThousandLinesOfAnyLength)
     output += "[05:33:20.000 --> 05:33:21.000]   " + text.section('\n', -1) + "\n";
     open(1200, 700);
     view().setSearchText("very");
-    QTest::qWait(50);
+    settle();
     savePicture("viewer-10000-top");
     view().setSearchText("harbour");
     view().previousMatch();
-    QTest::qWait(50);
+    settle();
     EXPECT_EQ(shownText("positionText"), "10000 / 10000");
     savePicture("viewer-10000-end");
     EXPECT_LE(std::abs(fromCentre(9999)), 1) << "also next to a row that is higher than most";
@@ -399,7 +401,7 @@ TEST_F(ViewerLayout, looksAsDrawnWithTenThousandLinesOfAnyLength)
     savePicture("viewer-10000-end-dark");
     for (const int size : {12, 96}) {
         view().setFontSize(size);
-        QTest::qWait(50);
+        settle();
         savePicture(QString("viewer-10000-%1-dark").arg(size));
     }
 }

@@ -1,5 +1,7 @@
 #include "viewer_window.h"
 
+#include "support/waiting.h"
+
 #include <QAccessible>
 #include <QClipboard>
 #include <QElapsedTimer>
@@ -81,12 +83,12 @@ TEST_F(ViewerWindow, putsTheRowAskedForInTheCentreOfAHundredThousand)
     std::cout << "opened after " << clock.elapsed() << " ms\n";
     for (const double size : {16.0, 96.0}) {
         view().setFontSize(size);
-        QTest::qWait(50);
+        settle();
         for (const int target : {50000, 49990, 99000, 300, 70001, 70002, 70003}) {
             clock.restart();
             viewer.updateActiveSegment(2 * target);
             std::cout << "size " << size << ", row " << target << ": " << clock.elapsed() << " ms\n";
-            QTest::qWait(50);
+            settle();
             EXPECT_LE(std::abs(fromCentre(target)), 1) << "row " << target << " at size " << size;
             EXPECT_EQ(row(target)->property("text").toString().section(u' ', 1, 1), QString::number(target));
         }
@@ -102,11 +104,13 @@ TEST_F(ViewerWindow, scrollsToTheCentreByAnAnimationWhereThereIsMotion)
     const std::unique_ptr<QObject> holder(motion.create());
     for (const int target : {1, 30, 2000, 1990}) {
         viewer.updateActiveSegment(2 * target);
-        QTest::qWait(450);
-        if (target == 1)
+        if (target == 1) {
+            settle();
             EXPECT_EQ(list()->property("contentY").toDouble(), -8) << "it is in sight at the top";
-        else
-            EXPECT_LE(std::abs(fromCentre(target)), 1) << target;
+        } else {
+            const QString name = "line-" + QString::number(target);
+            EXPECT_TRUE(waitUntil([&] { return isThere(name) && std::abs(fromCentre(target)) <= 1; })) << target;
+        }
     }
 }
 
@@ -210,7 +214,7 @@ TEST_F(ViewerWindow, searchesStepsAndPaintsTheHits)
     for (int step = 0; step < 20; ++step)
         click(item("nextButton"));
     EXPECT_EQ(item("positionText")->property("text").toString(), "21 / 40");
-    QTest::qWait(50);
+    settle();
     EXPECT_LE(std::abs(fromCentre(20)), 1);
     click(item("previousButton"));
     EXPECT_EQ(item("positionText")->property("text").toString(), "20 / 40");

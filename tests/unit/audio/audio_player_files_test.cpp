@@ -1,4 +1,5 @@
 #include "platform/media/media_duration.h"
+#include "support/waiting.h"
 #include "unit/audio/listening_test.h"
 
 #include <QDir>
@@ -19,7 +20,7 @@ protected:
     {
         try {
             const auto player = open(path);
-            EXPECT_TRUE(QTest::qWaitFor([this] { return openingFailure.has_value(); }, 60000));
+            EXPECT_TRUE(waitUntil([this] { return openingFailure.has_value(); }));
             return openingFailure.value_or(Error({}, 0, {}));
         } catch (const Error &error) {
             return error;

@@ -1,6 +1,7 @@
 #include "unit/audio/scripted_playback.h"
 
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -116,7 +117,7 @@ TEST_F(FileScreenPlayback, readsTheDurationOfItsFileWhenItIsToldTo)
 {
     playback.file = playback.folder.make(u"three.wav"_qs, u"-f lavfi -i anullsrc=d=3"_qs);
     controller.refreshPlaybackState();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return controller.playbackDuration() == 3; }, 20000));
+    EXPECT_TRUE(waitUntil([this] { return controller.playbackDuration() == 3; }));
     EXPECT_FALSE(controller.hasPlayer());
 }
 
@@ -124,10 +125,10 @@ TEST_F(FileScreenPlayback, countsADurationThatIsNotKnownAsZero)
 {
     playback.file = playback.folder.make(u"three.wav"_qs, u"-f lavfi -i anullsrc=d=3"_qs);
     controller.refreshPlaybackState();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return controller.playbackDuration() == 3; }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return controller.playbackDuration() == 3; }));
     playback.file = playback.folder.write(u"noise.mp3"_qs, "nothing that could be played");
     controller.refreshPlaybackState();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return controller.playbackDuration() == 0; }, 20000));
+    EXPECT_TRUE(waitUntil([this] { return controller.playbackDuration() == 0; }));
 }
 
 TEST_F(FileScreenPlayback, hasNoDurationWithoutAFile)
@@ -148,7 +149,7 @@ TEST_F(FileScreenPlayback, showsTheDurationOfTheLatestFileOnly)
     controller.refreshPlaybackState();
     playback.file = second;
     controller.refreshPlaybackState();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return controller.playbackDuration() == 2; }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return controller.playbackDuration() == 2; }));
     QTest::qWait(300);
     EXPECT_EQ(shown, QList<double>{2});
 }

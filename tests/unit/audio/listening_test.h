@@ -4,6 +4,7 @@
 #include "support/media_files.h"
 #include "support/printing.h"
 #include "support/sound_server.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -39,7 +40,7 @@ protected:
     template<typename Condition>
     static void waitFor(Condition condition)
     {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 60000));
+        ASSERT_TRUE(waitUntil(condition));
     }
 
     /// Seeks and waits until the player stands there.

@@ -89,7 +89,7 @@ TEST_F(BatchExportsTest, withoutTimedLinesSubtitlesAreDisabled)
 
 TEST_F(BatchExportsTest, theMenusAreLiveDuringABatch)
 {
-    start({u"/music/a.wav"_qs}, aAndB + "only a.wav\nsleep 20000\n");
+    start({u"/music/a.wav"_qs}, aAndB + "only a.wav\nsleep 60000\n");
     waitFor([this] { return result(0).hasTranscript; });
     EXPECT_TRUE(screen->exportMenu()->isEnabled());
     exportAll(u"TXT"_qs, folder.path());

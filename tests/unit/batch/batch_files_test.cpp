@@ -42,7 +42,7 @@ protected:
     }
     void runInTheBackground()
     {
-        start({u"/music/a.wav"_qs}, "print [x] One%0A\nsleep 20000\n");
+        start({u"/music/a.wav"_qs}, "print [x] One%0A\nsleep 60000\n");
         waitFor([this] { return !run().rawOutput().isEmpty(); });
     }
 };

@@ -39,7 +39,7 @@ TEST_F(BatchHistory, eachFinishedFileIsKeptWithAllThatIsKnownOfIt)
 
 TEST_F(BatchHistory, anEntryIsThereAsSoonAsItsFileHasEnded)
 {
-    start({u"/music/a.wav"_qs, u"/music/b.wav"_qs}, twoLines + "only b.wav\nsleep 20000\n");
+    start({u"/music/a.wav"_qs, u"/music/b.wav"_qs}, twoLines + "only b.wav\nsleep 60000\n");
     waitFor([this] { return status(0) == FileStatus::done; });
     EXPECT_EQ(entries().size(), 1);
 }
@@ -72,13 +72,14 @@ TEST_F(BatchHistory, aTextOfBlanksLeavesNoEntry)
 
 TEST_F(BatchHistory, aModelThatWentDuringTheBatchIsUnknown)
 {
-    const QString model = bench.installModel(u"ggml-base.bin"_qs, twoLines + "sleep 1000\n");
+    const QString model = bench.installModel(u"ggml-base.bin"_qs, twoLines + bench.engine.awaitGate());
     screen->appear();
     choose({u"/music/a.wav"_qs});
     screen->start();
     waitFor([this] { return !run().rawOutput().isEmpty(); });
     QFile::remove(model);
     bench.models.refreshStatuses();
+    bench.engine.openGate();
     waitForEnd();
     ASSERT_EQ(entries().size(), 1);
     EXPECT_EQ(entries()[0].model, u"Unknown model"_qs);

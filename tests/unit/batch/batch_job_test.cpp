@@ -1,5 +1,6 @@
 #include "screens/batch/batch_job.h"
 #include "support/fake_engine_bundle.h"
+#include "support/posted_work.h"
 #include "support/printing.h"
 
 #include <gmock/gmock.h>
@@ -27,8 +28,7 @@ protected:
                      AudioPreparer(TemporaryFiles()), report(isStopping));
         job.run();
         EXPECT_EQ(heard, QStringList()) << "no post is waited for";
-        for (int i = 0; i < 20; ++i)
-            QCoreApplication::processEvents();
+        runPosted();
     }
 
     FakeEngineBundle bundle;

@@ -1,5 +1,7 @@
 #include "batch_screen_test.h"
 
+#include "support/waiting.h"
+
 #include <QSignalSpy>
 #include <QThreadPool>
 
@@ -31,7 +33,7 @@ TEST_F(BatchRunTest, beginsWithOnePendingResultForEachFileAndFreshFields)
 {
     transcribe(threeFiles, twoLines);
     const QUuid before = result(0).id;
-    useModel("sleep 20000\n");
+    useModel("sleep 60000\n");
     run().setError(u"old"_qs);
     screen->start();
     EXPECT_TRUE(run().isTranscribing());
@@ -108,7 +110,7 @@ TEST_F(BatchRunTest, anErrorThatStandsAtTheEndKeepsTheStatusFromSayingDone)
 
 TEST_F(BatchRunTest, theFilesRunStrictlyOneAfterTheOther)
 {
-    start(threeFiles, twoLines + "sleep 60\n");
+    start(threeFiles, twoLines);
     QList<QList<FileStatus>> seen;
     const auto look = [this, &seen] {
         QList<FileStatus> all;
@@ -128,9 +130,9 @@ TEST_F(BatchRunTest, theFilesRunStrictlyOneAfterTheOther)
 TEST_F(BatchRunTest, theBarRunsOverTheBatchAndTheTimeSpeaksOfTheFile)
 {
     const QByteArray half = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-                            "sleep 100\n"
+                            "await-reader\nsleep 100\n"
                             "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   One%0A\n"
-                            "sleep 100\n";
+                            "await-reader\nsleep 100\n";
     useModel(half);
     choose(threeFiles);
     QList<double> progress;
@@ -155,7 +157,7 @@ TEST_F(BatchRunTest, theBarRunsOverTheBatchAndTheTimeSpeaksOfTheFile)
 TEST_F(BatchRunTest, ofFourTheSecondAtItsHalfIsThreeEighths)
 {
     useModel("only b.wav\nprint main%3A processing 'b.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-             "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   One%0A\nsleep 20000\n");
+             "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   One%0A\nsleep 60000\n");
     choose(threeFiles + QStringList{u"/music/d.wav"_qs});
     screen->start();
     waitFor([this] { return run().progress() == 0.375; });
@@ -167,7 +169,7 @@ TEST_F(BatchRunTest, ofFourTheSecondAtItsHalfIsThreeEighths)
 
 TEST_F(BatchRunTest, theStatusIsShownUntilThereIsProgress)
 {
-    start({movie(u"talk.mp4"_qs, 60.0)}, "sleep 20000\n");
+    start({movie(u"talk.mp4"_qs, 60.0)}, "sleep 60000\n");
     EXPECT_TRUE(run().isStatusShown());
     waitFor([this] { return run().hasProgress(); });
     EXPECT_FALSE(run().isStatusShown());
@@ -299,8 +301,9 @@ TEST_F(BatchRunTest, aMissingEngineFailsTheFirstFile)
 TEST_F(BatchRunTest, aMovieThatVanishesBeforeItsTurnIsTold)
 {
     const QString clip = movie(u"gone.mp4"_qs);
-    start({u"/music/a.wav"_qs, clip}, "sleep 600\n" + twoLines);
+    start({u"/music/a.wav"_qs, clip}, bench.engine.awaitGate() + twoLines);
     QFile::remove(clip);
+    bench.engine.openGate();
     waitForEnd();
     EXPECT_EQ(run().error(), u"Could not convert gone.mp4 for transcription."_qs);
     EXPECT_EQ(status(0), FileStatus::done);
@@ -318,7 +321,7 @@ TEST_F(BatchRunTest, aFileWithoutTextIsDoneWithNothingToShow)
 
 TEST_F(BatchRunTest, noByteOfTheOutputIsLost)
 {
-    const QByteArray torn = "print [x] caf%C3\nsleep 60\nprint %A9%0A\nprint [x] end%FF\n";
+    const QByteArray torn = "print [x] caf%C3\nawait-reader\nprint %A9%0A\nprint [x] end%FF\n";
     transcribe({u"/music/a.wav"_qs}, torn);
     EXPECT_EQ(result(0).rawOutput(), u"[x] café\n[x] end\uFFFD"_qs);
     EXPECT_EQ(result(0).transcript(), u"café\nend\uFFFD"_qs);
@@ -326,17 +329,18 @@ TEST_F(BatchRunTest, noByteOfTheOutputIsLost)
 
 TEST_F(BatchRunTest, aSecondStartDuringABatchDoesNothing)
 {
-    start({u"/music/a.wav"_qs}, "sleep 300\n" + twoLines);
+    start({u"/music/a.wav"_qs}, bench.engine.awaitGate() + twoLines);
     const QUuid id = result(0).id;
     screen->start();
     EXPECT_EQ(result(0).id, id);
+    bench.engine.openGate();
     waitForEnd();
     EXPECT_EQ(bench.history.entries().size(), 1);
 }
 
 TEST_F(BatchRunTest, theScreenMayGoInMidBatch)
 {
-    start({movie(u"a.mp4"_qs), u"/music/b.wav"_qs}, "print x%0A\nsleep 20000\n");
+    start({movie(u"a.mp4"_qs), u"/music/b.wav"_qs}, "print x%0A\nsleep 60000\n");
     waitFor([this] { return !run().rawOutput().isEmpty(); });
     EXPECT_EQ(bench.temporaryFiles().size(), 1);
     ASSERT_TRUE(bench.engine.isAtWork());
@@ -349,7 +353,7 @@ TEST_F(BatchRunTest, theScreenMayGoInMidBatch)
 
 TEST_F(BatchRunTest, theScreenMayGoAlthoughTheEngineIgnoresTheStop)
 {
-    start({u"/music/b.wav"_qs}, "ignore-stop\nprint x%0A\nsleep 20000\n");
+    start({u"/music/b.wav"_qs}, "ignore-stop\nprint x%0A\nsleep 60000\n");
     waitFor([this] { return !run().rawOutput().isEmpty(); });
     ASSERT_TRUE(bench.engine.isAtWork());
     screen.reset();
@@ -360,7 +364,7 @@ TEST_F(BatchRunTest, theScreenMayGoInMidPreparation)
 {
     start({movie(u"a.mp4"_qs, 60.0), u"/music/b.wav"_qs}, twoLines);
     screen.reset();
-    EXPECT_TRUE(QTest::qWaitFor([] { return QThreadPool::globalInstance()->activeThreadCount() == 0; }, 20000));
+    EXPECT_TRUE(waitUntil([] { return QThreadPool::globalInstance()->activeThreadCount() == 0; }));
     QTest::qWait(50);
     EXPECT_THAT(bench.temporaryFiles(), ElementsAre());
 }

@@ -65,24 +65,28 @@ TEST_F(BatchSelection, theSearchFollowsTheSelection)
 
 TEST_F(BatchSelection, newTextOfTheSelectedResultIsShownAndSearched)
 {
-    start({u"/music/a.wav"_qs}, "print [x] one%0A\nsleep 800\nprint [x] one more%0A\nsleep 800\n");
+    start({u"/music/a.wav"_qs}, "print [x] one%0A\n" + bench.engine.awaitGate(u"more"_qs) + "print [x] one more%0A\n"
+                                    + bench.engine.awaitGate(u"end"_qs));
     pane().search()->setSearchText(u"one"_qs);
     waitFor([this] { return shown().size() == 1; });
     EXPECT_EQ(screen->selectedStatusWord(), u"Transcribing"_qs);
     QSignalSpy reset(pane().rows(), &QAbstractItemModel::modelReset);
+    bench.engine.openGate(u"more"_qs);
     waitFor([this] { return shown().size() == 2; });
     EXPECT_EQ(pane().search()->matchCounter(), u"1 / 2"_qs);
     EXPECT_EQ(reset.count(), 0) << "rows are added, not made anew";
+    bench.engine.openGate(u"end"_qs);
     waitForEnd();
 }
 
 TEST_F(BatchSelection, textOfAnotherResultLeavesThePaneAlone)
 {
     start({u"/music/a.wav"_qs, u"/music/b.wav"_qs},
-          "only a.wav\nprint [x] first%0A\nonly b.wav\nsleep 400\nprint [x] second%0A\nsleep 200\n");
+          "only a.wav\nprint [x] first%0A\nonly b.wav\n" + bench.engine.awaitGate() + "print [x] second%0A\n");
     waitFor([this] { return status(0) == FileStatus::done; });
     QSignalSpy rows(pane().rows(), &QAbstractItemModel::rowsInserted);
     QSignalSpy reset(pane().rows(), &QAbstractItemModel::modelReset);
+    bench.engine.openGate();
     waitForEnd();
     EXPECT_EQ(rows.count() + reset.count(), 0);
     EXPECT_THAT(shown(), ElementsAre(u"first"_qs));
@@ -91,8 +95,9 @@ TEST_F(BatchSelection, textOfAnotherResultLeavesThePaneAlone)
 
 TEST_F(BatchSelection, theSelectionStaysWhileTheBatchGoesOn)
 {
-    start(threeFiles, twoLines + "sleep 60\n");
+    start(threeFiles, twoLines + bench.engine.awaitGate());
     screen->results()->selectRow(2);
+    bench.engine.openGate();
     waitForEnd();
     EXPECT_EQ(screen->results()->selectedRow(), 2);
     EXPECT_THAT(shown(), ElementsAre(u"- One"_qs, u"Two"_qs));
@@ -100,13 +105,16 @@ TEST_F(BatchSelection, theSelectionStaysWhileTheBatchGoesOn)
 
 TEST_F(BatchSelection, withoutOneTheFileThatBeginsIsSelected)
 {
-    start(threeFiles, twoLines + "sleep 500\n");
+    start(threeFiles, twoLines + "only b.wav\n" + bench.engine.awaitGate(u"b"_qs) + "only c.wav\n"
+                          + bench.engine.awaitGate(u"c"_qs));
     screen->results()->setSelectedResultID(std::nullopt);
     waitFor([this] { return status(1) == FileStatus::running; });
     EXPECT_EQ(screen->results()->selectedResultID(), result(0).id);
     screen->results()->setSelectedResultID(std::nullopt);
+    bench.engine.openGate(u"b"_qs);
     waitFor([this] { return status(2) == FileStatus::running; });
     EXPECT_EQ(screen->results()->selectedResultID(), result(2).id);
+    bench.engine.openGate(u"c"_qs);
     waitForEnd();
     EXPECT_THAT(shown(), ElementsAre(u"- One"_qs, u"Two"_qs));
 }

@@ -16,7 +16,7 @@ protected:
     /// Starts files of which the engine speaks two lines and then does not end.
     void startTalking(const QStringList &paths)
     {
-        start(paths, twoLines + "only b.wav\nsleep 20000\n");
+        start(paths, twoLines + "only b.wav\nsleep 60000\n");
         waitFor([this] { return status(1) == FileStatus::running && result(1).hasTranscript; });
     }
     /// Calls `action` on the main thread as soon as the status says this.
@@ -111,15 +111,16 @@ TEST_F(BatchStop, whileAFileIsConvertedCancelsAllThatIsNotDone)
 
 TEST_F(BatchStop, atTheEndOfARunCancelsThatFileAndItIsNotKept)
 {
-    useModel(twoLines + "only b.wav\nsleep 1500\n");
+    useModel(twoLines + "only b.wav\n" + bench.engine.awaitGate());
     choose(threeFiles);
     when(u"Transcribing a.wav (1/3)"_qs, [this] {
         // The first run ends and the second begins, while the main thread is at something else.
-        const QDeadlineTimer deadline(20000);
+        const QDeadlineTimer deadline(patience);
         while (!bench.engine.isAtWork("/music/b.wav") && !deadline.hasExpired())
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
         ASSERT_TRUE(bench.engine.isAtWork("/music/b.wav"));
         run().stopRun();
+        bench.engine.openGate();
     });
     screen->start();
     waitForEnd();
@@ -138,7 +139,7 @@ TEST_F(BatchStop, whenTheLastRunHasEndedCancelsAllThatTheMainThreadHasNotHeardOf
     useModel(twoLines);
     choose({u"/music/a.wav"_qs, u"/music/b.wav"_qs});
     when(u"Transcribing a.wav (1/2)"_qs, [this] {
-        ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(20000));
+        ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(patience));
         run().stopRun();
     });
     screen->start();

@@ -27,7 +27,7 @@ protected:
 
 TEST_F(BatchTogether, aFileRunGoesOnAndAllResultsAreKept)
 {
-    useModel(twoLines + "sleep 400\n");
+    useModel(twoLines + bench.engine.awaitGate());
     file.appear();
     file.chooseFile();
     bench.panels.answer(u"/music/alone.wav"_qs);
@@ -36,6 +36,7 @@ TEST_F(BatchTogether, aFileRunGoesOnAndAllResultsAreKept)
     file.start();
     waitFor([&] { return file.run()->isTranscribing(); });
     EXPECT_TRUE(run().isTranscribing());
+    bench.engine.openGate();
     waitFor([&] { return !file.run()->isTranscribing(); });
     waitForEnd();
     EXPECT_EQ(file.run()->status(), u"Done"_qs);
@@ -46,7 +47,7 @@ TEST_F(BatchTogether, aFileRunGoesOnAndAllResultsAreKept)
 
 TEST_F(BatchTogether, aStopOfTheOneLeavesTheOtherAlone)
 {
-    useModel(twoLines + "sleep 1500\n");
+    useModel(twoLines + bench.engine.awaitGate());
     file.appear();
     file.chooseFile();
     bench.panels.answer(u"/music/alone.wav"_qs);
@@ -56,6 +57,7 @@ TEST_F(BatchTogether, aStopOfTheOneLeavesTheOtherAlone)
     waitFor([&] { return run().hasActiveProcess() && file.run()->hasActiveProcess(); });
     run().stopRun();
     waitForEnd();
+    bench.engine.openGate();
     waitFor([&] { return !file.run()->isTranscribing(); });
     EXPECT_EQ(run().status(), u"Cancelled"_qs);
     EXPECT_EQ(file.run()->status(), u"Done"_qs);
@@ -80,7 +82,7 @@ TEST_F(BatchTogether, aViewerPlaysAndTheHistoryIsSearchedWhileEachFileJoinsIt)
     history.appear();
     history.setSearchText(u"B.WAV"_qs);
     EXPECT_EQ(history.rows()->count(), 0);
-    useModel(twoLines + "sleep 100\nonly c.wav\nsleep 1500\n");
+    useModel(twoLines + "only c.wav\n" + bench.engine.awaitGate());
     choose(threeFiles);
     screen->start();
     waitFor([&] { return status(1) == FileStatus::done; });
@@ -88,6 +90,7 @@ TEST_F(BatchTogether, aViewerPlaysAndTheHistoryIsSearchedWhileEachFileJoinsIt)
     players.position = 0.5;
     waitFor([&] { return viewer.currentTime() == 0.5; });
     EXPECT_TRUE(run().isTranscribing());
+    bench.engine.openGate();
     waitForEnd();
 
     EXPECT_EQ(run().status(), u"Done"_qs);

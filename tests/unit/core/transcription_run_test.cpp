@@ -3,6 +3,7 @@
 #include "core/transcript_text.h"
 #include "support/fake_engine_bundle.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -25,12 +26,12 @@ protected:
     }
     void waitForEnd()
     {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !run.isTranscribing(); }, 20000));
+        ASSERT_TRUE(waitUntil([this] { return !run.isTranscribing(); }));
     }
     template<typename Condition>
     void waitFor(Condition condition)
     {
-        ASSERT_TRUE(QTest::qWaitFor(condition, 20000));
+        ASSERT_TRUE(waitUntil(condition));
     }
 
     FakeEngineBundle bundle;
@@ -164,7 +165,7 @@ TEST_F(TranscriptionRunTest, showsAFailureAndSavesNothing)
 
 TEST_F(TranscriptionRunTest, aStopEndsAsCancelledAndKeepsThePartialText)
 {
-    start(timedOutput + "sleep 20000\n");
+    start(timedOutput + "sleep 60000\n");
     waitFor([this] { return !run.transcript().isEmpty(); });
     run.stopRun();
     EXPECT_TRUE(run.isStopping());
@@ -266,7 +267,7 @@ TEST_F(TranscriptionRunTest, handsOnTheLanguageTrimmedAndLowerCased)
 
 TEST_F(TranscriptionRunTest, repairsOutputThatIsNoUtf8AtTheEnd)
 {
-    start("print [x] a%0A\nsleep 200\nprint [x] %FF%0A\n");
+    start("print [x] a%0A\nawait-reader\nprint [x] %FF%0A\n");
     waitForEnd();
     EXPECT_EQ(run.transcript(), u"a\n\uFFFD"_qs);
     EXPECT_EQ(run.rawOutput(), u"[x] a\n[x] \uFFFD\n"_qs);
@@ -306,7 +307,7 @@ TEST_F(TranscriptionRunTest, tellsItsEndWhenAllOfItIsDone)
 
 TEST_F(TranscriptionRunTest, keepsWhatWasNoTextYetOutOfAStoppedRun)
 {
-    start("print [x] a%0A\nsleep 200\nprint %FF\nsleep 20000\n");
+    start("print [x] a%0A\nawait-reader\nprint %FF\nsleep 60000\n");
     waitFor([this] { return !run.rawOutput().isEmpty(); });
     QTest::qWait(400);
     run.stopRun();
@@ -331,10 +332,10 @@ TEST(TranscriptionRun, destroyedInMidRunEndsItsEngine)
     {
         TranscriptionRun run({bundle.resourceFolder(), false}, noHooks);
         run.start(QStringLiteral("/a.wav"), bundle.script("print x%0A\nsleep 60000\n"), QString());
-        ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 20000));
+        ASSERT_TRUE(waitUntil([&run] { return !run.rawOutput().isEmpty(); }));
         ASSERT_TRUE(bundle.isAtWork());
     }
-    EXPECT_TRUE(QTest::qWaitFor([&bundle] { return !bundle.isAtWork(); }, 20000));
+    EXPECT_TRUE(waitUntil([&bundle] { return !bundle.isAtWork(); }));
 }
 
 TEST(TranscriptionRun, destroyedBeforeTheMainLoopRanEndsItsEngine)
@@ -345,7 +346,7 @@ TEST(TranscriptionRun, destroyedBeforeTheMainLoopRanEndsItsEngine)
         run.start(QStringLiteral("/a.wav"), bundle.script("sleep 60000\n"), QString());
     }
     const auto isWorkerFree = [] { return QThreadPool::globalInstance()->activeThreadCount() == 0; };
-    EXPECT_TRUE(QTest::qWaitFor(isWorkerFree, 20000));
+    EXPECT_TRUE(waitUntil(isWorkerFree));
     EXPECT_FALSE(bundle.isAtWork());
 }
 
@@ -357,11 +358,11 @@ TEST(TranscriptionRun, destroyedKillsEnginesThatIgnoreTheStopAlsoEarlierOnes)
         const QString script = bundle.script("ignore-stop\nprint x%0A\nsleep 60000\n");
         for (const QString &audio : {QStringLiteral("/a.wav"), QStringLiteral("/b.wav")}) {
             run.start(audio, script, QString());
-            ASSERT_TRUE(QTest::qWaitFor([&run] { return !run.rawOutput().isEmpty(); }, 20000));
+            ASSERT_TRUE(waitUntil([&run] { return !run.rawOutput().isEmpty(); }));
         }
         ASSERT_TRUE(bundle.isAtWork("/a.wav") && bundle.isAtWork("/b.wav"));
     }
-    EXPECT_TRUE(QTest::qWaitFor([&bundle] { return !bundle.isAtWork(); }, 20000));
+    EXPECT_TRUE(waitUntil([&bundle] { return !bundle.isAtWork(); }));
 }
 
 TEST(TranscriptionRun, twoAtOnceDoNotKnowOfEachOther)
@@ -369,14 +370,14 @@ TEST(TranscriptionRun, twoAtOnceDoNotKnowOfEachOther)
     FakeEngineBundle bundle;
     TranscriptionRun first({bundle.resourceFolder(), false}, noHooks);
     TranscriptionRun second({bundle.resourceFolder(), false}, noHooks);
-    first.start(QStringLiteral("/a"), bundle.script("print [x] a%0A\nsleep 20000\n", u"a"_qs), QString());
-    second.start(QStringLiteral("/b"), bundle.script("print [x] b%0A\nsleep 300\n", u"b"_qs), QString());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return first.hasActiveProcess() && !second.isTranscribing(); }, 10000));
+    first.start(QStringLiteral("/a"), bundle.script("print [x] a%0A\nsleep 60000\n", u"a"_qs), QString());
+    second.start(QStringLiteral("/b"), bundle.script("print [x] b%0A\n", u"b"_qs), QString());
+    ASSERT_TRUE(waitUntil([&] { return !first.transcript().isEmpty() && !second.isTranscribing(); }));
     EXPECT_EQ(second.status(), u"Done"_qs);
     EXPECT_TRUE(first.isTranscribing());
     EXPECT_EQ(first.transcript(), u"a"_qs);
     first.stopRun();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !first.isTranscribing(); }, 10000));
+    ASSERT_TRUE(waitUntil([&] { return !first.isTranscribing(); }));
     EXPECT_EQ(first.status(), u"Cancelled"_qs);
 }
 

@@ -288,7 +288,7 @@ TEST_F(WhisperRunnerTest, waitsForAnEngineThatIgnoresTheStop)
         isStopping = true;
         handle->terminate();
     };
-    const auto outcome = run("ignore-stop\nprint x\nsleep 500\nprint y\n");
+    const auto outcome = run("ignore-stop\nprint x\nawait-reader\nsleep 500\nprint y\n");
     EXPECT_TRUE(outcome.isCancelled);
     EXPECT_GE(outcome.milliseconds, 500);
     EXPECT_EQ(outcome.pieces, (QStringList{u"x"_qs, u"y"_qs}));

@@ -5,6 +5,7 @@
 #include "support/fake_engine_bundle.h"
 #include "support/fake_file_panels.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -23,7 +24,7 @@ protected:
     void transcribe(const QByteArray &commands)
     {
         run.start("/a.wav", engine.script(commands), "auto");
-        ASSERT_TRUE(QTest::qWaitFor([this] { return !run.isTranscribing(); }, 20000));
+        ASSERT_TRUE(waitUntil([this] { return !run.isTranscribing(); }));
     }
     ExportMenuEntry *entry(qsizetype index) const
     {
@@ -64,7 +65,7 @@ TEST_F(RunExport, theMenuFollowsTheRun)
 TEST_F(RunExport, theMenuIsEnabledWhileTheRunGoesOn)
 {
     run.start("/a.wav", engine.script(timed + "sleep 60000\n"), "auto");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return exports.menu()->isEnabled(); }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return exports.menu()->isEnabled(); }));
     EXPECT_TRUE(run.isTranscribing());
     EXPECT_TRUE(entry(1)->isEnabled());
     EXPECT_EQ(saved(0), "- One");

@@ -2,6 +2,7 @@
 
 #include "support/model_server.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,6 @@ using namespace sorvanta;
 namespace {
 
 constexpr int defaultSize = 1'000'000;
-constexpr int patience = 30'000;
 
 bool isDownloading(const Status &status)
 {
@@ -86,7 +86,7 @@ protected:
     }
     bool waitForEnd()
     {
-        return QTest::qWaitFor([this] { return models->activeDownloads().isEmpty(); }, patience);
+        return waitUntil([this] { return models->activeDownloads().isEmpty(); });
     }
     bool waitForBytes(qint64 count)
     {
@@ -94,7 +94,7 @@ protected:
             const Status status = models->status(tiny());
             return isDownloading(status) && std::get<ModelStatus::Downloading>(status).state.bytesReceived >= count;
         };
-        return QTest::qWaitFor(hasCome, patience);
+        return waitUntil(hasCome);
     }
 
     QString path(const QString &name) const { return folder.filePath(u"Sorvanta/Models/"_qs + name); }
@@ -234,7 +234,7 @@ TEST_F(ModelDownloadTest, aFailureToWriteIsToldFirstAndTheCancellationThatItCaus
 {
     const FileSizeLimit limit(300'000);
     models->startDownload(tiny(u"/whole"_qs));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return models->status(tiny()) == failed(u"cancelled"_qs); }, patience));
+    ASSERT_TRUE(waitUntil([this] { return models->status(tiny()) == failed(u"cancelled"_qs); }));
     ASSERT_GE(statuses.size(), 2u);
     EXPECT_EQ(statuses[statuses.size() - 2],
               failed(u"The file “ggml-tiny.bin.part” couldn’t be saved in the folder “Models”."_qs));
@@ -441,7 +441,7 @@ TEST_F(ModelDownloadTest, aDownloadOutlivesItsViewModelWithoutAWord)
     ASSERT_TRUE(waitForBytes(1));
     models.reset();
     statuses.clear();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return QFile::exists(path(u"ggml-tiny.bin"_qs)); }, patience));
+    EXPECT_TRUE(waitUntil([this] { return QFile::exists(path(u"ggml-tiny.bin"_qs)); }));
     QTest::qWait(50);
     EXPECT_TRUE(statuses.empty());
     EXPECT_EQ(files(), QStringList{u"ggml-tiny.bin"_qs});

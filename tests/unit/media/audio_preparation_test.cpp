@@ -1,6 +1,7 @@
 #include "core/audio_preparation.h"
 
 #include "support/media_files.h"
+#include "support/posted_work.h"
 #include "support/printing.h"
 
 #include <QCoreApplication>
@@ -43,7 +44,7 @@ public:
         const AudioPreparer preparer(files);
         const auto result =
             std::async(std::launch::async, [&] { return prepareAudio(path, m_settings, preparer, m_report); }).get();
-        QCoreApplication::processEvents();
+        runPosted();
         return result;
     }
 

@@ -3,6 +3,7 @@
 #include "core/audio_preparation.h"
 #include "platform/error.h"
 #include "support/media_files.h"
+#include "support/posted_work.h"
 #include "support/printing.h"
 
 #include <QCoreApplication>
@@ -122,7 +123,7 @@ TEST(ConvertToWav, makesAFileNamedByAUuidAndRecordsItOnTheMainThread)
     EXPECT_TRUE(fits(*result, folder, uuid + u"\\.wav"_qs)) << result->toStdString();
     EXPECT_FALSE(wasRecordedBefore);
     EXPECT_EQ(files.tempConvertedURL(), std::nullopt) << "the field is written on the main thread only";
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), result);
     EXPECT_EQ(recorded, result) << "the screen hears of it when the field is set";
 }
@@ -172,7 +173,7 @@ TEST(PrepareAudio, convertsOnTheQueueThatItsSettingsName)
         std::async(std::launch::async, [&] { return prepareAudio(source, batchPreparation(), preparer, silent); });
     EXPECT_TRUE(becomesTrue([] { return hasThread("sv.batch.wav.co"); })) << "as much of it as the system takes";
     worker.get();
-    QCoreApplication::processEvents();
+    runPosted();
 }
 
 TEST(ConvertToWav, aTimeOutIsAFailureThatLeavesNothingAndBurnsNothing)
@@ -181,7 +182,7 @@ TEST(ConvertToWav, aTimeOutIsAFailureThatLeavesNothingAndBurnsNothing)
     const QString source = makeLongWav(folder, u"long.mp4"_qs);
     TemporaryFiles files;
     EXPECT_EQ(AudioPreparer(files, limited(100ms)).convertToWav(source, u"too long"_qs), std::nullopt);
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), std::nullopt);
     EXPECT_TRUE(becomesTrue([] { return !hasThread("too long"); })) << "the copying stops soon";
     EXPECT_EQ(folder.names(), QStringList{u"long.mp4"_qs});
@@ -215,7 +216,7 @@ TEST(ConvertForMeeting, anM4aIsAlwaysConverted)
     EXPECT_EQ(describedFormat(result), u"wav pcm_s16le 16000 1"_qs);
     EXPECT_NEAR(static_cast<double>(samplesOf(result).size()), 16000, 1024.0 * 16000 / 44100);
     EXPECT_EQ(files.tempConvertedURL(), std::nullopt);
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), result);
 }
 
@@ -229,7 +230,7 @@ TEST(ConvertForMeeting, runsOnItsQueueAndATimeOutLeavesThePartlyWrittenFile)
     EXPECT_TRUE(becomesTrue([] { return hasThread("MeetingRecorder"); }));
     EXPECT_EQ(worker.get(), u"MeetingRecorder 204 Conversion failed."_qs);
     EXPECT_TRUE(becomesTrue([] { return !hasThread("MeetingRecorder"); }));
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), std::nullopt);
     EXPECT_EQ(folder.names().filter(u"meeting-transcribe-"_qs).size(), 1);
 }
@@ -301,7 +302,7 @@ TEST(ExportToM4A, makesCompressedAudioNamedAfterTheMicrophone)
     const std::vector<double> middle(samples.begin() + 44100, samples.begin() + 88200);
     EXPECT_NEAR(decibels(toneAmplitude(middle, 1000, 44100) / 0.25), 0, 0.1);
     EXPECT_EQ(files.tempConvertedURL(), std::nullopt);
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), result);
 }
 
@@ -332,7 +333,7 @@ TEST(ExportToM4A, aTimeOutIsAFailureThatLeavesThePartlyWrittenFile)
     const QString source = makeLongWav(folder, u"long.mp4"_qs);
     TemporaryFiles files;
     EXPECT_EQ(AudioPreparer(files, limited(100ms)).exportToM4A(source), std::nullopt);
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), std::nullopt);
     EXPECT_EQ(folder.names().filter(u"microphone_"_qs).size(), 1);
 }
@@ -348,11 +349,11 @@ TEST(RemoveTemporaries, onAWorkerComesBeforeTheRecordOfTheNextConversion)
         return preparer.convertToWav(source, u"test"_qs);
     };
     const std::optional<QString> first = onWorker(run);
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(files.tempConvertedURL(), first);
     const std::optional<QString> second = onWorker(run);
     EXPECT_TRUE(QFile::exists(*first)) << "a worker leaves the fields of the main thread alone";
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_NE(first, second);
     EXPECT_FALSE(QFile::exists(*first));
     EXPECT_TRUE(QFile::exists(*second));
@@ -371,7 +372,7 @@ TEST(TwoScreens, neverShareATemporaryFile)
     auto worker = std::async(std::launch::async, [&] { return AudioPreparer(first).convertToWav(source, u"a"_qs); });
     const std::optional<QString> other = onWorker([&] { return AudioPreparer(second).convertToWav(source, u"b"_qs); });
     const std::optional<QString> one = worker.get();
-    QCoreApplication::processEvents();
+    runPosted();
     EXPECT_EQ(first.tempConvertedURL(), one);
     EXPECT_EQ(second.tempConvertedURL(), other);
     EXPECT_NE(one, other);

@@ -3,6 +3,7 @@
 #include "platform/media/media_duration.h"
 #include "support/media_files.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <QFile>
 #include <QTest>
@@ -177,7 +178,7 @@ TEST_F(RecordingMixerTest, aMixThatTakesTooLongHasFailedAndGoesOn)
     RecordingMixer::Settings settings;
     settings.limit = std::chrono::milliseconds(1);
     EXPECT_FALSE(mix(systemURL, micURL, RecordingMixer(settings)));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return mediaDuration(out) > 59.9; }, 30000)) << "nobody waits, but it ends";
+    EXPECT_TRUE(waitUntil([this] { return mediaDuration(out) > 59.9; })) << "nobody waits, but it ends";
 }
 
 TEST_F(RecordingMixerTest, waitsForThirtySeconds)

@@ -4,6 +4,7 @@
 #include "platform/media/media_duration.h"
 #include "support/media_files.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 #include "unit/audio/fake_audio_player.h"
 
 #include <gmock/gmock.h>
@@ -94,7 +95,7 @@ protected:
     void waitForOutput()
     {
         const qsizetype before = outputs.size();
-        ASSERT_TRUE(QTest::qWaitFor([&] { return outputs.size() > before; }, 280000));
+        ASSERT_TRUE(waitUntil([&] { return outputs.size() > before; }, 5 * patience));
     }
     QString output() const { return recorder->outputURL().value_or(QString()); }
     QString error() const { return recorder->errorMessage().value_or(QString()); }
@@ -184,7 +185,7 @@ TEST_F(Recorder, aSecondStartDuringAStartDoesNothing)
     sound.answerOpening({.hasDisplay = true});
     EXPECT_TRUE(recorder->isRecording());
     EXPECT_FALSE(sound.calls.contains(u"ask for the microphone"_qs)) << "its wish for the microphone is lost";
-    EXPECT_TRUE(QTest::qWaitFor([this] { return completions == 2; }));
+    EXPECT_TRUE(waitUntil([this] { return completions == 2; }));
 }
 
 TEST_F(Recorder, aStartDuringARecordingChangesNothing)
@@ -195,7 +196,7 @@ TEST_F(Recorder, aStartDuringARecordingChangesNothing)
     EXPECT_TRUE(recorder->isRecording());
     EXPECT_FALSE(recorder->isStarting());
     EXPECT_EQ(output(), before);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return completions == 2; }));
+    EXPECT_TRUE(waitUntil([this] { return completions == 2; }));
 }
 
 TEST_F(Recorder, aStopWhileIdleOrStartingDoesNothing)
@@ -398,7 +399,7 @@ TEST_F(Recorder, aMixThatFailsLeavesTheSystemAlone)
     sound.play(440, 0.5);
     const QString raw = output();
     stop();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return recorder->errorMessage().has_value(); }, 20000));
+    ASSERT_TRUE(waitUntil([this] { return recorder->errorMessage().has_value(); }));
     EXPECT_EQ(error(), u"Could not mix microphone audio. System audio only was captured."_qs);
     EXPECT_EQ(output(), raw);
     EXPECT_FALSE(recorder->systemURL());
@@ -423,9 +424,9 @@ TEST_F(Recorder, aCopyThatFailsLeavesTheRawFileAndSaysNothing)
     record();
     sound.play(440, 0.3);
     const QString raw = output();
-    stop();
     QFile::remove(raw);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !recorder->systemURL(); }, 20000));
+    stop();
+    ASSERT_TRUE(waitUntil([this] { return !recorder->systemURL(); }));
     EXPECT_EQ(output(), raw);
     EXPECT_FALSE(recorder->errorMessage());
 }
@@ -486,7 +487,7 @@ TEST_F(Recorder, theFilesAreFinishedAlsoWhenTheRecorderGoesMeanwhile)
         QFile file(raw);
         return file.open(QIODevice::ReadOnly) && !file.readAll().contains("moof");
     };
-    EXPECT_TRUE(QTest::qWaitFor(isOrdinary, 20000));
+    EXPECT_TRUE(waitUntil(isOrdinary));
     EXPECT_NEAR(mediaDuration(raw), 2.5, 0.3);
     EXPECT_EQ(folder.names().size(), 1) << "no final file is made";
 }
@@ -519,7 +520,7 @@ TEST_F(Recorder, aFileThatCannotGrowIsToldOfAndTheRecordingStaysOn)
     {
         const SystemLimit size(RLIMIT_FSIZE, 1000);
         sound.play(500, 3);
-        ASSERT_TRUE(QTest::qWaitFor([this] { return recorder->errorMessage().has_value(); }));
+        ASSERT_TRUE(waitUntil([this] { return recorder->errorMessage().has_value(); }));
     }
     EXPECT_THAT(error().toStdString(), testing::HasSubstr("meeting-system-"));
     EXPECT_TRUE(recorder->isRecording());
@@ -529,7 +530,7 @@ TEST_F(Recorder, aFileThatCannotGrowIsToldOfAndTheRecordingStaysOn)
     recorder->togglePlayback();
     EXPECT_EQ(error(), u"Unable to play audio: no."_qs);
     sound.play(500, 0.1);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return error().contains(u"meeting-system-"_qs); }));
+    ASSERT_TRUE(waitUntil([this] { return error().contains(u"meeting-system-"_qs); }));
     stop();
     waitForOutput();
     EXPECT_NE(output(), raw) << "the files are finished all the same";
@@ -673,7 +674,7 @@ TEST_F(Recorder, theSecondWayWouldBeGivenUpWhenItsFileFails)
         dormant.micWriter()->take({std::as_bytes(std::span(samples)), sound.begin + std::chrono::seconds(10), false});
         dormant.micWriter()->take({std::as_bytes(std::span(samples)), sound.begin + std::chrono::seconds(20), false});
     }
-    ASSERT_TRUE(QTest::qWaitFor([&] { return dormant.errorMessage().has_value(); }));
+    ASSERT_TRUE(waitUntil([&] { return dormant.errorMessage().has_value(); }));
     EXPECT_TRUE(dormant.errorMessage()->startsWith(u"Microphone capture failed. Recording system audio only. "_qs));
     EXPECT_EQ(dormant.micWriter(), nullptr);
     EXPECT_FALSE(dormant.micURL());

@@ -2,6 +2,7 @@
 
 #include "support/cramped_folder.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -61,7 +62,7 @@ protected:
     bool waitForTheTransfer()
     {
         const std::weak_ptr<DownloadTracker> watched = std::exchange(tracker, nullptr);
-        return QTest::qWaitFor([&watched] { return watched.expired(); }, 20'000);
+        return waitUntil([&watched] { return watched.expired(); });
     }
 
     void makeTracker(const QString &destination)

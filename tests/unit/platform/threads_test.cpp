@@ -3,6 +3,7 @@
 #include "platform/worker.h"
 
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -35,7 +36,7 @@ TEST(PostToMain, runsWorkOnTheMainThreadInTheOrderOfThePosts)
         }
     }).wait();
     EXPECT_TRUE(order.empty()) << "nothing runs before the main loop does";
-    ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == 100; }));
+    ASSERT_TRUE(waitUntil([&order] { return order.size() == 100; }));
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
     EXPECT_FALSE(wasElsewhere);
 }
@@ -56,7 +57,7 @@ TEST(PostToMain, leavesTimersTheirTurnsHoweverMuchIsPosted)
                 order.push_back(i);
             });
     }).wait();
-    ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == count; }));
+    ASSERT_TRUE(waitUntil([&order] { return order.size() == count; }));
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
     EXPECT_GT(turns, 10);
 }
@@ -67,14 +68,14 @@ TEST(PostToMain, goesOnInAnEventLoopOfTheWork)
     postToMain([&order] {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         order.push_back(1);
-        EXPECT_TRUE(QTest::qWaitFor([&order] { return order.size() == 3; }, 2000));
+        EXPECT_TRUE(waitUntil([&order] { return order.size() == 3; }));
     });
     postToMain([&order] {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
         order.push_back(2);
     });
     postToMain([&order] { order.push_back(3); });
-    ASSERT_TRUE(QTest::qWaitFor([&order] { return order.size() == 3; }, 5000));
+    ASSERT_TRUE(waitUntil([&order] { return order.size() == 3; }));
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
 }
 
@@ -99,7 +100,7 @@ TEST(RunOnWorker, hasRoomForMoreWorkThanThereAreCores)
             ++waiting;
             opened.wait();
         }));
-    EXPECT_TRUE(QTest::qWaitFor([&waiting] { return waiting == count; }));
+    EXPECT_TRUE(waitUntil([&waiting] { return waiting == count; }));
     gate.set_value();
     for (auto &work : works)
         work.wait();

@@ -1,5 +1,6 @@
 #include "platform/media/microphone.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -75,7 +76,7 @@ QString failureFor()
         });
     }
     EXPECT_FALSE(failure) << "not from within the call";
-    EXPECT_TRUE(QTest::qWaitFor([&failure] { return failure.has_value(); }));
+    EXPECT_TRUE(waitUntil([&failure] { return failure.has_value(); }));
     return failure.value_or(QString());
 }
 
@@ -99,7 +100,7 @@ TEST(Microphone, answersNoRequestButTheLastOne)
         microphone.requestAccess([&earlier](bool) { ++earlier; });
         microphone.requestAccess([&last](bool) { ++last; });
     }
-    EXPECT_TRUE(QTest::qWaitFor([&last] { return last > 0; }));
+    EXPECT_TRUE(waitUntil([&last] { return last > 0; }));
     QTest::qWait(50);
     EXPECT_EQ(earlier, 0);
     EXPECT_EQ(last, 1);

@@ -4,6 +4,7 @@
 #include "support/media_files.h"
 #include "support/printing.h"
 #include "support/sound_server.h"
+#include "support/waiting.h"
 
 #include <gtest/gtest.h>
 
@@ -59,9 +60,9 @@ protected:
     static void tellServer(const QString &command) { outputOf(QStringLiteral("pactl"), command.split(QChar(u' '))); }
 
     template<typename Condition>
-    static void waitFor(Condition condition, int milliseconds = 20000)
+    static void waitFor(Condition condition, int milliseconds = patience)
     {
-        ASSERT_TRUE(QTest::qWaitFor(condition, milliseconds));
+        ASSERT_TRUE(waitUntil(condition, milliseconds));
     }
 
     static double secondsSince(std::chrono::steady_clock::time_point time)

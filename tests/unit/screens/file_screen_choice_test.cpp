@@ -105,12 +105,13 @@ TEST_F(FileScreenChoice, theViewerShowsHowLongTheChosenFileIs)
 
 TEST_F(FileScreenChoice, aFileChosenDuringARunDoesNotLoseTheRunsText)
 {
-    useModel(twoLines + "sleep 400\n");
+    useModel(twoLines + bench.engine.awaitGate());
     choose(u"/music/a.wav"_qs);
     screen->start();
     waitFor([this] { return run().transcript() == u"- One\nTwo"_qs; });
     choose(u"/music/b.wav"_qs);
     EXPECT_EQ(run().transcript(), QString());
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_EQ(run().transcript(), u"- One\nTwo"_qs);
 }

@@ -42,12 +42,13 @@ TEST_F(FileScreenHistory, aFinishedRunIsKeptWithAllThatIsKnownOfIt)
 
 TEST_F(FileScreenHistory, theLanguageIsTheOneThatTheRunBeganWith)
 {
-    useModel(twoLines + "sleep 300\n");
+    useModel(twoLines + bench.engine.awaitGate());
     screen->language()->setLanguage(u"  EN "_qs);
     choose(u"/music/a.wav"_qs);
     screen->start();
     waitFor([this] { return run().isTranscribing(); });
     screen->language()->setLanguage(u"fr"_qs);
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_EQ(onlyEntry().language, u"en"_qs);
 }
@@ -85,13 +86,14 @@ TEST_F(FileScreenHistory, aTextOfBlanksLeavesNoEntry)
 
 TEST_F(FileScreenHistory, aModelThatWentDuringTheRunIsUnknown)
 {
-    const QString model = bench.installModel(u"ggml-base.bin"_qs, twoLines + "sleep 400\n");
+    const QString model = bench.installModel(u"ggml-base.bin"_qs, twoLines + bench.engine.awaitGate());
     screen->appear();
     choose(u"/music/a.wav"_qs);
     screen->start();
     waitFor([this] { return !run().rawOutput().isEmpty(); });
     QFile::remove(model);
     bench.models.refreshStatuses();
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_EQ(onlyEntry().model, u"Unknown model"_qs);
 }

@@ -1,5 +1,7 @@
 #include "file_screen_test.h"
 
+#include "support/waiting.h"
+
 #include <QSignalSpy>
 #include <QThreadPool>
 
@@ -101,7 +103,7 @@ TEST_F(FileScreenRun, removesWhatItMadeAfterAFailureAndAfterAStop)
     waitFor([this] { return run().hasError(); });
     EXPECT_THAT(bench.temporaryFiles(), ElementsAre());
 
-    useModel("print x%0A\nsleep 20000\n");
+    useModel("print x%0A\nsleep 60000\n");
     screen->start();
     waitFor([this] { return run().rawOutput() == u"x\n"_qs; });
     EXPECT_EQ(bench.temporaryFiles().size(), 1);
@@ -180,7 +182,7 @@ TEST_F(FileScreenRun, aSecondRunKeepsTheTextUntilItBegins)
 
 TEST_F(FileScreenRun, isNotStartedWhileItRuns)
 {
-    useModel(twoLines + "sleep 20000\n");
+    useModel(twoLines + "sleep 60000\n");
     choose(u"/music/a.wav"_qs);
     QSignalSpy labels(screen.get(), &TranscriptFromFileView::startLabelChanged);
     screen->start();
@@ -199,7 +201,7 @@ TEST_F(FileScreenRun, isNotStartedWhileItRuns)
 
 TEST_F(FileScreenRun, aStopKeepsThePartialTextAndNothingReachesTheHistory)
 {
-    useModel(twoLines + "sleep 20000\n");
+    useModel(twoLines + "sleep 60000\n");
     choose(u"/music/a.wav"_qs);
     screen->start();
     waitFor([this] { return run().transcript() == u"- One\nTwo"_qs; });
@@ -250,8 +252,10 @@ TEST_F(FileScreenRun, aSecondPressDuringThePreparationStartsASecondOneAndTheLate
 {
     const QString movie = bench.file(u"talk.mp4"_qs);
     writeWav(movie, 2.0);
-    bench.installModel(u"ggml-base.bin"_qs, "print [x] base%0A\nsleep 400\nprint [x] base again%0A\n");
-    bench.installModel(u"ggml-small.bin"_qs, "print [x] small%0A\nsleep 800\nprint [x] small again%0A\n");
+    bench.installModel(u"ggml-base.bin"_qs,
+                       "print [x] base%0A\n" + bench.engine.awaitGate() + "print [x] base again%0A\n");
+    bench.installModel(u"ggml-small.bin"_qs,
+                       "print [x] small%0A\n" + bench.engine.awaitGate() + "print [x] small again%0A\n");
     screen->appear();
     choose(movie);
     screen->start();
@@ -259,9 +263,11 @@ TEST_F(FileScreenRun, aSecondPressDuringThePreparationStartsASecondOneAndTheLate
     ASSERT_EQ(screen->model()->selectedModelID(), u"small"_qs);
     ASSERT_TRUE(screen->canStart());
     screen->start();
-    waitForStatus(u"Done"_qs);
+    const auto haveBothBegun = [this] { return statuses.count(u"Preparing…"_qs) == 2; };
+    waitFor(haveBothBegun);
     EXPECT_EQ(statuses.count(u"Conversion finished, starting transcription…"_qs), 2);
-    EXPECT_EQ(statuses.count(u"Preparing…"_qs), 2) << "both runs began";
+    bench.engine.openGate();
+    waitForStatus(u"Done"_qs);
     const QString text = run().transcript();
     EXPECT_TRUE(text == u"base\nbase again"_qs || text == u"small\nsmall again"_qs) << text.toStdString();
     EXPECT_EQ(statuses.count(u"Done"_qs), 1);
@@ -275,7 +281,7 @@ TEST_F(FileScreenRun, theScreenMayGoInMidRun)
 {
     const QString movie = bench.file(u"talk.mp4"_qs);
     writeWav(movie, 1.0);
-    useModel("print x%0A\nsleep 20000\n");
+    useModel("print x%0A\nsleep 60000\n");
     choose(movie);
     screen->start();
     waitFor([this] { return !run().rawOutput().isEmpty(); });
@@ -292,7 +298,7 @@ TEST_F(FileScreenRun, theScreenMayGoInMidPreparation)
     choose(movie);
     screen->start();
     screen.reset();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return QThreadPool::globalInstance()->activeThreadCount() == 0; }, 20000));
+    EXPECT_TRUE(waitUntil([this] { return QThreadPool::globalInstance()->activeThreadCount() == 0; }));
     QTest::qWait(50);
     EXPECT_THAT(bench.temporaryFiles(), ElementsAre());
 }

@@ -3,6 +3,7 @@
 #include "platform/unicode_text.h"
 #include "support/history_entries.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -183,7 +184,7 @@ TEST_F(FilteredEntriesTest, findsBeforeAndAfterItsCopiesAreMade)
     filtered.setSearchText(u"harbour"_qs);
     EXPECT_EQ(shown(), (QStringList{u"0"_qs, u"2"_qs}));
     filtered.setSearchText({});
-    ASSERT_TRUE(QTest::qWaitFor([this] { return filtered.isPrepared(); }));
+    ASSERT_TRUE(waitUntil([this] { return filtered.isPrepared(); }));
     filtered.setSearchText(u"hill"_qs);
     EXPECT_EQ(shown(), QStringList(u"1"_qs));
     filtered.setSearchText(u"0.wav"_qs);
@@ -198,7 +199,7 @@ TEST_F(FilteredEntriesTest, makesTheCopiesOfALongHistoryThatChangesMeanwhile)
     fill(texts);
     add(u"new"_qs, u"news"_qs);
     source.takeAt(5);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return filtered.isPrepared(); }));
+    ASSERT_TRUE(waitUntil([this] { return filtered.isPrepared(); }));
     filtered.setSearchText(u"number 2999"_qs);
     EXPECT_EQ(shown(), QStringList(u"2999"_qs));
     filtered.setSearchText(u"news"_qs);
@@ -223,7 +224,7 @@ TEST(FilteredEntriesLife, mayEndWhileItsCopiesAreMade)
         FilteredEntries filtered(source);
     QTest::qWait(50);
     FilteredEntries last(source);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return last.isPrepared(); }));
+    EXPECT_TRUE(waitUntil([&] { return last.isPrepared(); }));
 }
 
 /// Whatever is typed and whatever happens to the history, the rows are those of the rule, and a view that listens to

@@ -1,5 +1,7 @@
 #include "history_screen_test.h"
 
+#include "support/waiting.h"
+
 #include <QSignalSpy>
 
 namespace sorvanta {
@@ -123,7 +125,7 @@ TEST_F(HistoryScreenPlayback, feedsTheViewerEvenWhileItIsClosed)
     EXPECT_TRUE(model.isPlaying());
     EXPECT_EQ(model.playbackDuration(), 138.4);
     players.position = 2;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return model.currentTime() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return model.currentTime() == 2; }));
     EXPECT_EQ(model.activeSegmentIndex(), std::nullopt);
     playback().stopPlayback();
     EXPECT_FALSE(model.isPlaying());

@@ -2,6 +2,7 @@
 
 #include "screens/history/history_view.h"
 #include "support/history_entries.h"
+#include "support/posted_work.h"
 #include "support/printing.h"
 #include "support/screen_workbench.h"
 #include "unit/audio/fake_audio_player.h"
@@ -33,7 +34,7 @@ protected:
         writeFileAtomically(bench.history.historyPath(), encodedHistory(entries));
     }
     /// Lets what is posted happen.
-    static void settle() { QCoreApplication::processEvents(); }
+    static void settle() { runPosted(); }
 
     /// An entry that was made so many minutes before the others of the test.
     static TranscriptionHistoryEntry entry(const QString &id, const QString &text = u"Words."_qs,

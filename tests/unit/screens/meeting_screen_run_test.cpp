@@ -72,10 +72,12 @@ TEST_F(MeetingScreenRun, keepsTheOldTranscriptUntilTheRunBegins)
     recordAndStop();
     screen->transcribe();
     waitForStatus(u"Done"_qs);
+    useModel(bench.engine.awaitGate() + twoLines);
     screen->transcribe();
     EXPECT_EQ(run().transcript(), u"- One\nTwo"_qs);
-    waitFor([this] { return run().status() == u"Preparing…"_qs; });
+    waitForStatus(u"Preparing…"_qs);
     EXPECT_EQ(run().transcript(), QString());
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
 }
 
@@ -158,7 +160,7 @@ TEST_F(MeetingScreenRun, canBeStoppedDuringTheConversion)
 
 TEST_F(MeetingScreenRun, duringARecordingItStopsThatAndTakesTheRawFile)
 {
-    useModel(twoLines + "sleep 1500\n");
+    useModel(twoLines + bench.engine.awaitGate());
     sound.micSeconds = 3;
     record(true);
     sound.play(500, 0.5);
@@ -174,6 +176,7 @@ TEST_F(MeetingScreenRun, duringARecordingItStopsThatAndTakesTheRawFile)
     constexpr double bytesPerSecond = 32000;
     EXPECT_LT(QFileInfo(bench.temporaryFolder() + u'/' + wav[0]).size() / bytesPerSecond, 1)
         << "as long as what the system played, and without the microphone's three seconds";
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     waitForFinal();
     const QString final = *recorder().outputURL();

@@ -2,6 +2,7 @@
 
 #include "models/models_settings_view_model.h"
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -54,7 +55,7 @@ protected:
     }
     void waitForFailure(int place)
     {
-        ASSERT_TRUE(QTest::qWaitFor([this, place] { return statusText(place) == u"Failed"_qs; }, 20000));
+        ASSERT_TRUE(waitUntil([this, place] { return statusText(place) == u"Failed"_qs; }));
     }
 
     QTemporaryDir folder;

@@ -8,18 +8,26 @@ using namespace sorvanta;
 
 namespace {
 
-/// A speaking engine that can be watched while it runs.
-const QByteArray slow = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
-                        "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n"
-                        "sleep 400\n"
-                        "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two one%0A\n"
-                        "sleep 400\n";
+const QByteArray firstLine = "print main%3A processing 'a.wav' (480000 samples, 30.0 sec), 4 threads%0A\n"
+                             "print [00%3A00%3A00.000 --> 00%3A00%3A15.000]   - One%0A\n";
+const QByteArray secondLine = "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two one%0A\n";
 
 class TranscriptPaneTest : public FileScreenTest {
 protected:
     TranscriptPane &pane() { return *screen->pane(); }
 
-    void startSlowRun(const QByteArray &commands = slow)
+    /// Starts an engine that, once it has said its first line, goes on and then ends when the test says so.
+    void startSlowRun()
+    {
+        startSlowRun(firstLine + bench.engine.awaitGate(u"second"_qs) + secondLine + bench.engine.awaitGate(u"end"_qs));
+    }
+    void waitForSecondLine()
+    {
+        bench.engine.openGate(u"second"_qs);
+        waitFor([this] { return run().lines()->count() == 2; });
+    }
+    void letEngineEnd() { bench.engine.openGate(u"end"_qs); }
+    void startSlowRun(const QByteArray &commands)
     {
         useModel(commands);
         choose(u"/music/talk.wav"_qs);
@@ -59,6 +67,8 @@ TEST_F(TranscriptPaneTest, countsTheShownText)
     EXPECT_EQ(pane().counts(), u"0 words · 0 chars"_qs);
     startSlowRun();
     EXPECT_EQ(pane().counts(), u"2 words · 5 chars"_qs);
+    bench.engine.openGate(u"second"_qs);
+    letEngineEnd();
     waitForStatus(u"Done"_qs);
     EXPECT_EQ(pane().counts(), TranscriptCounts(run().displayedTranscript()));
     EXPECT_EQ(pane().counts(), u"4 words · 13 chars"_qs);
@@ -73,14 +83,17 @@ TEST_F(TranscriptPaneTest, searchesAnewWithEachChunkAndGoesBackToTheFirstHit)
     startSlowRun();
     pane().search()->setSearchText(u"one"_qs);
     EXPECT_EQ(pane().search()->matchCounter(), u"1 / 1"_qs);
-    waitFor([this] { return run().lines()->count() == 2; });
+    waitForSecondLine();
     EXPECT_EQ(pane().search()->matchCounter(), u"1 / 2"_qs);
     pane().search()->nextMatch();
     EXPECT_EQ(pane().search()->matchCounter(), u"2 / 2"_qs);
+    letEngineEnd();
     waitForStatus(u"Done"_qs);
+    useModel(bench.engine.awaitGate(u"first"_qs) + firstLine + "sleep 60000\n");
     screen->start();
     waitFor([this] { return run().isTranscribing(); });
     EXPECT_EQ(pane().search()->matchCounter(), u"0 / 0"_qs) << "a run begins without text";
+    bench.engine.openGate(u"first"_qs);
     waitFor([this] { return run().lines()->count() == 1; });
     EXPECT_EQ(pane().search()->matchCounter(), u"1 / 1"_qs);
 }
@@ -98,7 +111,7 @@ TEST_F(TranscriptPaneTest, searchesAnewWhenDashesAreStripped)
 
 TEST_F(TranscriptPaneTest, choosingAFileGoesBackToTheFirstHit)
 {
-    transcribe(u"/music/a.wav"_qs, slow);
+    transcribe(u"/music/a.wav"_qs, firstLine + secondLine);
     pane().search()->setSearchText(u"one"_qs);
     pane().search()->nextMatch();
     choose(u"/music/b.wav"_qs);
@@ -145,7 +158,7 @@ TEST_F(TranscriptPaneTest, theSheetHasTheLogOrSaysThatThereIsNone)
     pane().setShowLogsSheet(true);
     EXPECT_EQ(pane().emptyLogText(), QString());
     EXPECT_EQ(pane().log()->count(), 2);
-    waitFor([this] { return run().lines()->count() == 2; });
+    waitForSecondLine();
     EXPECT_EQ(pane().log()->count(), 3) << "it goes on while it is shown";
     pane().setShowLogsSheet(false);
     EXPECT_EQ(pane().log()->count(), 0);
@@ -188,7 +201,7 @@ TEST_F(TranscriptPaneTest, clearOutputRemovesTheTemporaryFiles)
 {
     const QString movie = bench.file(u"talk.mp4"_qs);
     writeWav(movie, 1.0);
-    useModel("print [x] One%0A\nsleep 20000\n");
+    useModel("print [x] One%0A\nsleep 60000\n");
     choose(movie);
     screen->start();
     waitFor([this] { return run().hasShownText(); });
@@ -205,13 +218,15 @@ TEST_F(TranscriptPaneTest, clearedInMidRunTheNextOutputBringsAllBack)
     EXPECT_FALSE(pane().isShown());
     EXPECT_TRUE(run().isTranscribing());
     EXPECT_EQ(run().rawOutput(), QString());
-    waitFor([this] { return pane().isShown(); });
+    waitForSecondLine();
+    EXPECT_TRUE(pane().isShown());
     EXPECT_EQ(run().displayedTranscript(), u"- One\nTwo one"_qs) << "also what came before";
     EXPECT_EQ(run().progress(), 1.0);
     EXPECT_EQ(run().etaText(), u"Estimating…"_qs) << "nobody knows any more when the run began";
     EXPECT_EQ(run().totalDuration(), 30.0);
     EXPECT_EQ(pane().counts(), u"4 words · 13 chars"_qs);
     EXPECT_TRUE(run().hasSegments());
+    letEngineEnd();
     waitForStatus(u"Done"_qs);
     ASSERT_EQ(bench.history.entries().size(), 1);
     EXPECT_EQ(run().rawOutput().count(u'\n'), 3);
@@ -219,10 +234,11 @@ TEST_F(TranscriptPaneTest, clearedInMidRunTheNextOutputBringsAllBack)
 
 TEST_F(TranscriptPaneTest, clearedTwiceInMidRunTheEndBringsAllBack)
 {
-    startSlowRun("print [x] One%0A\nsleep 400\n");
+    startSlowRun("print [x] One%0A\n" + bench.engine.awaitGate());
     pane().clearOutput();
     pane().clearOutput();
     EXPECT_FALSE(pane().isShown());
+    bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_TRUE(pane().isShown());
     EXPECT_EQ(run().rawOutput(), u"[x] One\n"_qs);
@@ -236,8 +252,9 @@ TEST_F(TranscriptPaneTest, clearedInMidRunTheRunIsOutOfReachOfStop)
     EXPECT_FALSE(run().hasActiveProcess());
     run().stopRun();
     EXPECT_EQ(run().status(), u"Stopping…"_qs);
-    waitFor([this] { return run().lines()->count() == 2; });
+    waitForSecondLine();
     EXPECT_TRUE(run().isTranscribing()) << "the engine goes on";
+    letEngineEnd();
     waitForStatus(u"Cancelled"_qs);
     EXPECT_EQ(run().displayedTranscript(), u"- One\nTwo one"_qs) << "it ran to its end";
     EXPECT_TRUE(bench.history.entries().isEmpty());
@@ -245,7 +262,7 @@ TEST_F(TranscriptPaneTest, clearedInMidRunTheRunIsOutOfReachOfStop)
 
 TEST_F(TranscriptPaneTest, aStopIsForgottenByAClear)
 {
-    startSlowRun("print [x] One%0A\nsleep 20000\n");
+    startSlowRun("print [x] One%0A\nsleep 60000\n");
     run().stopRun();
     ASSERT_TRUE(run().isStopping());
     pane().clearOutput();
@@ -256,8 +273,9 @@ TEST_F(TranscriptPaneTest, aStopIsForgottenByAClear)
 
 TEST_F(TranscriptPaneTest, aFailureAfterAClearLeavesTheOutputEmpty)
 {
-    startSlowRun("print [x] One%0A\nsleep 300\nexit 3\n");
+    startSlowRun("print [x] One%0A\n" + bench.engine.awaitGate() + "exit 3\n");
     pane().clearOutput();
+    bench.engine.openGate();
     waitFor([this] { return !run().isTranscribing(); });
     EXPECT_EQ(run().error(), u"Whisper failed: [x] One\n"_qs);
     EXPECT_FALSE(pane().isShown());
@@ -266,7 +284,7 @@ TEST_F(TranscriptPaneTest, aFailureAfterAClearLeavesTheOutputEmpty)
 
 TEST_F(TranscriptPaneTest, aRunAfterAClearedOneHasNothingOfIt)
 {
-    startSlowRun("print [x] One%0A\nsleep 20000\n");
+    startSlowRun("print [x] One%0A\nsleep 60000\n");
     pane().clearOutput();
     useModel("print [x] Two%0A\n");
     run().start(u"/music/b.wav"_qs, *screen->model()->modelPath(), u"auto"_qs);
@@ -331,7 +349,7 @@ TEST_F(TranscriptPaneTest, anOpenViewerFollowsARun)
     startSlowRun();
     pane().openFullView();
     EXPECT_EQ(pane().viewer()->model().segments().size(), 1);
-    waitFor([this] { return run().lines()->count() == 2; });
+    waitForSecondLine();
     EXPECT_EQ(pane().viewer()->model().transcript(), run().displayedTranscript());
     EXPECT_EQ(pane().viewer()->model().segments().size(), 2);
 }

@@ -1,6 +1,7 @@
 #include "platform/desktop/color_scheme.h"
 
 #include "support/private_bus.h"
+#include "support/waiting.h"
 
 #include <QDBusMessage>
 #include <QDBusMetaType>
@@ -94,7 +95,7 @@ TEST_F(ColorSchemeTest, isDarkWhenTheDesktopAsksForIt)
     ColorScheme scheme(address);
     QSignalSpy changed(&scheme, &ColorScheme::isDarkChanged);
     EXPECT_FALSE(scheme.isDark());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return scheme.isDark(); }));
     EXPECT_EQ(changed.count(), 1);
 }
 
@@ -105,7 +106,7 @@ TEST_F(ColorSchemeTest, isLightWhenTheDesktopAsksForItWhateverThePalette)
     openPortal();
     ColorScheme scheme(address);
     EXPECT_TRUE(scheme.isDark());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
+    EXPECT_TRUE(waitUntil([&] { return !scheme.isDark(); }));
 }
 
 TEST_F(ColorSchemeTest, followsTheDesktopLive)
@@ -113,13 +114,13 @@ TEST_F(ColorSchemeTest, followsTheDesktopLive)
     portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
     openPortal();
     ColorScheme scheme(address);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
+    ASSERT_TRUE(waitUntil([&] { return scheme.isDark(); }));
     change("org.freedesktop.appearance", "color-scheme", 2u);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
+    EXPECT_TRUE(waitUntil([&] { return !scheme.isDark(); }));
     change("org.freedesktop.appearance", "color-scheme", 1u);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return scheme.isDark(); }));
+    EXPECT_TRUE(waitUntil([&] { return scheme.isDark(); }));
     change("org.freedesktop.appearance", "color-scheme", 0u);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.isDark(); }));
+    EXPECT_TRUE(waitUntil([&] { return !scheme.isDark(); }));
 }
 
 TEST_F(ColorSchemeTest, leavesItToThePaletteWithoutABus)
@@ -145,11 +146,11 @@ TEST_F(ColorSchemeTest, isSettledOnceThePortalHasAnswered)
 {
     portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
     openPortal();
-    ColorScheme scheme(address);
+    ColorScheme scheme(address, std::chrono::milliseconds(patience));
     EXPECT_FALSE(scheme.isSettled());
     std::vector<bool> isDarkWhenSettled;
     QObject::connect(&scheme, &ColorScheme::isSettledChanged, [&] { isDarkWhenSettled.push_back(scheme.isDark()); });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }));
+    ASSERT_TRUE(waitUntil([&] { return scheme.isSettled(); }));
     EXPECT_EQ(isDarkWhenSettled, std::vector<bool>{true});
 }
 
@@ -157,11 +158,11 @@ TEST_F(ColorSchemeTest, isSettledOnceThePortalHasAnsweredAlsoIfTheWindowTakesLon
 {
     portal.settings["org.freedesktop.appearance"]["color-scheme"] = 1u;
     openPortal();
-    ColorScheme scheme(address);
-    QTest::qSleep(1000);
+    ColorScheme scheme(address, std::chrono::seconds(2));
+    QTest::qSleep(2500);
     std::vector<bool> isDarkWhenSettled;
     QObject::connect(&scheme, &ColorScheme::isSettledChanged, [&] { isDarkWhenSettled.push_back(scheme.isDark()); });
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }));
+    ASSERT_TRUE(waitUntil([&] { return scheme.isSettled(); }));
     EXPECT_EQ(isDarkWhenSettled, std::vector<bool>{true});
 }
 
@@ -178,8 +179,9 @@ TEST_F(ColorSchemeTest, doesNotWaitForAPortalThatIsSilent)
     timer.start();
     {
         ColorScheme scheme(address);
-        ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.isSettled(); }, 10000));
-        EXPECT_GE(timer.elapsed(), 200) << "it is waited for, but not for long";
+        ASSERT_TRUE(waitUntil([&] { return scheme.isSettled(); }));
+        EXPECT_GE(timer.elapsed(), 200) << "it is waited for";
+        EXPECT_LT(timer.elapsed(), 20000) << "but not as long as the bus waits, which is 25 seconds";
         EXPECT_FALSE(scheme.isDark());
     }
     EXPECT_LT(timer.elapsed(), 20000) << "who waits for the portal waits 25 seconds";
@@ -198,13 +200,13 @@ TEST_F(ColorSchemeTest, reducesMotionWhenTheDesktopAsksForItInEitherWay)
     openPortal();
     ColorScheme scheme(address);
     EXPECT_FALSE(scheme.hasReducedMotion());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.hasReducedMotion(); }));
+    ASSERT_TRUE(waitUntil([&] { return scheme.hasReducedMotion(); }));
     change("org.gnome.desktop.interface", "enable-animations", true);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !scheme.hasReducedMotion(); }));
+    ASSERT_TRUE(waitUntil([&] { return !scheme.hasReducedMotion(); }));
     change("org.freedesktop.appearance", "reduced-motion", 1u);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return scheme.hasReducedMotion(); }));
+    ASSERT_TRUE(waitUntil([&] { return scheme.hasReducedMotion(); }));
     change("org.freedesktop.appearance", "reduced-motion", 0u);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !scheme.hasReducedMotion(); }));
+    EXPECT_TRUE(waitUntil([&] { return !scheme.hasReducedMotion(); }));
 }
 
 } // namespace

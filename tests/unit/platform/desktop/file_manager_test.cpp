@@ -2,6 +2,7 @@
 
 #include "support/printing.h"
 #include "support/private_bus.h"
+#include "support/waiting.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -71,7 +72,7 @@ class RevealInFileManager : public testing::Test {
 protected:
     ~RevealInFileManager() override
     {
-        EXPECT_TRUE(QTest::qWaitFor(isSettled)) << "a late answer would be taken for the next test's";
+        EXPECT_TRUE(waitUntil(isSettled)) << "a late answer would be taken for the next test's";
         QDBusConnection::disconnectFromBus(connectionName);
     }
 
@@ -99,8 +100,8 @@ TEST_F(RevealInFileManager, asksTheFileManagerToSelectTheFile)
     const PrivateBus bus;
     openFileManager(bus);
     revealInFileManager("/data/Sorvanta/Models/ggml-tiny.bin", bus.address());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !manager.questions.isEmpty(); }));
-    ASSERT_TRUE(QTest::qWaitFor(isSettled));
+    ASSERT_TRUE(waitUntil([this] { return !manager.questions.isEmpty(); }));
+    ASSERT_TRUE(waitUntil(isSettled));
     EXPECT_THAT(manager.questions, ElementsAre(QStringList("file:///data/Sorvanta/Models/ggml-tiny.bin")));
     EXPECT_THAT(manager.startupIds, ElementsAre(""));
     EXPECT_THAT(desktop.opened, ElementsAre()) << "the folder is not opened as well";
@@ -112,7 +113,7 @@ TEST_F(RevealInFileManager, asksAgainEachTime)
     openFileManager(bus);
     for (int time = 1; time <= 3; ++time) {
         revealInFileManager("/data/a", bus.address());
-        ASSERT_TRUE(QTest::qWaitFor([this, time] { return manager.questions.size() == time; }));
+        ASSERT_TRUE(waitUntil([this, time] { return manager.questions.size() == time; }));
     }
 }
 
@@ -128,7 +129,7 @@ TEST_P(RevealInFileManagerSpelling, givesTheAddressOfTheFile)
     const PrivateBus bus;
     openFileManager(bus);
     revealInFileManager(QString::fromUtf8(GetParam().path), bus.address());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !manager.questions.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !manager.questions.isEmpty(); }));
     EXPECT_EQ(manager.questions.first(), QStringList(GetParam().address));
 }
 
@@ -159,9 +160,9 @@ TEST_F(RevealInFileManager, startsAFileManagerThatDoesNotRun)
         QFile file(record);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !shown().isEmpty(); }, 20000));
+    ASSERT_TRUE(waitUntil([&] { return shown().endsWith("\n"); }));
     EXPECT_EQ(shown(), "file:///data/ggml-tiny.bin\n");
-    ASSERT_TRUE(QTest::qWaitFor(isSettled));
+    ASSERT_TRUE(waitUntil(isSettled));
     EXPECT_THAT(desktop.opened, ElementsAre());
 }
 
@@ -169,7 +170,7 @@ TEST_F(RevealInFileManager, opensTheFolderWhereNoFileManagerSelects)
 {
     const PrivateBus bus;
     revealInFileManager("/data/Sorvanta/Models/ggml-tiny.bin", bus.address());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop.opened.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !desktop.opened.isEmpty(); }));
     EXPECT_THAT(desktop.opened, ElementsAre("file:///data/Sorvanta/Models"));
 }
 
@@ -179,7 +180,7 @@ TEST_F(RevealInFileManager, opensTheFolderWhenTheFileManagerRefuses)
     manager.manner = FileManager::Refuses;
     openFileManager(bus);
     revealInFileManager("/data/Sorvanta/Models/ggml-tiny.bin", bus.address());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop.opened.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !desktop.opened.isEmpty(); }));
     EXPECT_THAT(desktop.opened, ElementsAre("file:///data/Sorvanta/Models"));
     EXPECT_EQ(manager.questions.size(), 1);
 }
@@ -193,7 +194,7 @@ TEST_F(RevealInFileManager, opensTheFolderWithoutABus)
 TEST_F(RevealInFileManager, opensTheFolderWhenTheBusIsGone)
 {
     revealInFileManager("/data/Sorvanta/Models/ggml-tiny.bin", "unix:path=/nonexistent/bus");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop.opened.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !desktop.opened.isEmpty(); }));
     EXPECT_THAT(desktop.opened, ElementsAre("file:///data/Sorvanta/Models"));
 }
 
@@ -205,12 +206,12 @@ TEST_F(RevealInFileManager, doesNotHoldUpTheApplicationForAFileManagerThatIsSile
     QElapsedTimer timer;
     timer.start();
     revealInFileManager("/data/ggml-tiny.bin", bus->address());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !manager.questions.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !manager.questions.isEmpty(); }));
     QTest::qWait(200);
     EXPECT_LT(timer.elapsed(), 20000) << "who waits for the file manager waits 25 seconds";
     EXPECT_THAT(desktop.opened, ElementsAre()) << "it may still answer";
     bus.reset();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !desktop.opened.isEmpty(); })) << "now it cannot";
+    ASSERT_TRUE(waitUntil([this] { return !desktop.opened.isEmpty(); })) << "now it cannot";
     EXPECT_THAT(desktop.opened, ElementsAre("file:///data"));
 }
 
@@ -220,9 +221,9 @@ TEST_F(RevealInFileManager, asksOnTheBusOfTheSession)
     openFileManager(bus);
     qputenv("DBUS_SESSION_BUS_ADDRESS", bus.address().toLocal8Bit());
     revealInFileManager("/data/ggml-tiny.bin");
-    ASSERT_TRUE(QTest::qWaitFor([this] { return !manager.questions.isEmpty(); }));
+    ASSERT_TRUE(waitUntil([this] { return !manager.questions.isEmpty(); }));
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-    ASSERT_TRUE(QTest::qWaitFor(isSettled));
+    ASSERT_TRUE(waitUntil(isSettled));
     EXPECT_THAT(desktop.opened, ElementsAre());
 }
 

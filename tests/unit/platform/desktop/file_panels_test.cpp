@@ -1,6 +1,7 @@
 #include "platform/desktop/file_panels.h"
 
 #include "support/printing.h"
+#include "support/waiting.h"
 
 #include <QApplication>
 #include <QFile>
@@ -67,7 +68,7 @@ protected:
     {
         const int before = answers;
         QTest::keyClick(panel()->findChild<QLineEdit *>(), Qt::Key_Return);
-        EXPECT_TRUE(QTest::qWaitFor([this, before] { return answers > before; }, 5000));
+        EXPECT_TRUE(waitUntil([this, before] { return answers > before; }));
     }
     void decline()
     {
