@@ -35,7 +35,9 @@ QByteArray folderOf(const QByteArray &path)
 
 FileDescriptor opened(const QByteArray &path, int flags, mode_t mode)
 {
-    return FileDescriptor(::open(path.constData(), flags | O_CLOEXEC, mode));
+    const int file = ::open(path.constData(), flags | O_CLOEXEC, mode);
+    const bool isLentOut = file < 0 && errno == EWOULDBLOCK;
+    return FileDescriptor(isLentOut ? ::open(path.constData(), (flags & ~O_NONBLOCK) | O_CLOEXEC, mode) : file);
 }
 
 bool writeAll(int file, QByteArrayView bytes)

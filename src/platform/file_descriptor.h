@@ -85,6 +85,8 @@ QByteArray encodedPath(const QString &path);
 /// The folder in which an encoded path stands.
 QByteArray folderOf(const QByteArray &path);
 
+/// Opens as the system does. A file that is lent out, to a file server for example, is waited for also where `flags`
+/// say O_NONBLOCK: the system asks it back.
 FileDescriptor opened(const QByteArray &path, int flags, mode_t mode = 0);
 
 /// @return whether all bytes were written

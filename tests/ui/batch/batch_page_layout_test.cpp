@@ -1,4 +1,5 @@
 #include "batch_page_test.h"
+#include "support/held_file.h"
 #include "support/silent_media.h"
 #include "ui/screens/shown_texts.h"
 
@@ -91,7 +92,8 @@ TEST_P(BatchPageLayout, duringABatchWithLongNames)
 TEST_P(BatchPageLayout, duringAConversion)
 {
     const QString film = bench.file(QString("A very long name of a film ").repeated(8) + ".mp4");
-    writeWav(film, 3600.0);
+    writeWav(film, 1.0);
+    const HeldFile held(film);
     show();
     start({film}, {});
     waitFor([this] { return run().status().startsWith("Converting A very long name"); });

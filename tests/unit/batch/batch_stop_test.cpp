@@ -1,5 +1,7 @@
 #include "batch_screen_test.h"
 
+#include "support/held_file.h"
+
 #include <QDeadlineTimer>
 #include <QThreadPool>
 
@@ -86,10 +88,14 @@ TEST_F(BatchStop, withoutABatchDoesNothing)
 
 TEST_F(BatchStop, whileAFileIsConvertedCancelsAllThatIsNotDone)
 {
-    const QString clip = movie(u"b.mp4"_qs, 3600.0);
+    const QString clip = movie(u"b.mp4"_qs);
+    HeldFile held(clip);
     useModel(twoLines);
     choose({u"/music/a.wav"_qs, clip, u"/music/c.wav"_qs});
-    when(u"Converting b.mp4 to wav audio…"_qs, [this] { run().stopRun(); });
+    when(u"Converting b.mp4 to wav audio…"_qs, [this, &held] {
+        run().stopRun();
+        held.letGo();
+    });
     screen->start();
     waitForEnd();
     EXPECT_TRUE(statuses.contains(u"Stopping…"_qs));

@@ -3,6 +3,7 @@
 #include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "platform/file_descriptor.h"
+#include "support/held_file.h"
 #include "support/printing.h"
 
 #include <QDateTime>
@@ -11,6 +12,9 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -67,6 +71,16 @@ TEST_F(FileSystem, readsAWholeFileWithWhateverIsInIt)
     put("empty", {});
     EXPECT_EQ(readFile(path("a")), bytes);
     EXPECT_EQ(readFile(path("empty")), QByteArray());
+}
+
+TEST_F(FileSystem, readsAFileThatIsLentOutOnceItIsBack)
+{
+    put("a", "lent");
+    HeldFile held(path("a"));
+    auto reader = std::async(std::launch::async, [this] { return readFile(path("a")); });
+    EXPECT_EQ(reader.wait_for(std::chrono::milliseconds(100)), std::future_status::timeout);
+    held.letGo();
+    EXPECT_EQ(reader.get(), "lent");
 }
 
 TEST_F(FileSystem, readsFilesThatTellNoSize)
