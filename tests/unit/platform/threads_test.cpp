@@ -83,7 +83,7 @@ TEST(PostToMain, dropsWhatComesWhenTheApplicationIsGoing)
 {
     QProcess process;
     process.start(POST_TO_MAIN_RUN, QStringList());
-    ASSERT_TRUE(process.waitForFinished());
+    ASSERT_TRUE(process.waitForFinished(patience));
     EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(process.readAllStandardOutput(), "All went well.\n");
 }
