@@ -2,6 +2,7 @@
 that it offers."""
 
 import copy
+import re
 import time
 
 import gi
@@ -41,6 +42,14 @@ class AccessibleWindow:
             time.sleep(0.05)
         raise NotFound(f"waited in vain for {what}; there is: {self.summary()}")
 
+    def comes(self, condition, patience):
+        """Whether the condition comes to hold."""
+        try:
+            self.wait(condition, "what may not come", patience)
+        except NotFound:
+            return False
+        return True
+
     def inside(self, title):
         """The same, limited to the application's window with that title, once it is there."""
         limited = copy.copy(self)
@@ -75,6 +84,13 @@ class AccessibleWindow:
 
     def expect(self, name, roles=None, patience=None):
         return self.wait(lambda: self.find(name, roles), f"“{name}”", patience)
+
+    def expect_clock(self, before, seconds):
+        """Waits for a text that tells, behind these words, so many seconds or more."""
+        def tells(name):
+            clock = re.fullmatch(re.escape(before) + r"(\d+):(\d\d)", name)
+            return clock is not None and 60 * int(clock[1]) + int(clock[2]) >= seconds
+        return self.expect(tells)
 
     def expect_gone(self, name, roles=None, patience=None):
         self.wait(lambda: self.find(name, roles) is None, f"the end of “{name}”", patience)

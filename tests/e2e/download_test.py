@@ -63,7 +63,7 @@ class DownloadTest(ModelsScreen, Exports, WindowTest):
         window.press_row("Transcript Audio From File")
         self.assertEqual(window.shown_choice("Model"), "Tiny")
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=60)
+        window.expect("Done", patience=120)
         entry = self.history()[0]
         self.assertEqual(entry["model"], "Tiny")
         self.save_every_format(window, entry, "talk")

@@ -240,10 +240,7 @@ class HistoryTest(Exports, WindowTest):
         window.wait(lambda: window.focused() == "Transcriptions", "the focus of the list")
         self.session.key("Down")
         window.expect(self.medium_date(entries[1]))
-        for _ in range(6):
-            self.session.key("Tab")
-            if self.has_focus(window, "Delete"):
-                break
+        self.tab_to(window, "Delete")
         self.session.key("space")
         window.wait(lambda: self.focused_buttons(window) == ["Cancel"], "the focus of “Cancel”")
         self.session.key("Tab")
@@ -256,13 +253,6 @@ class HistoryTest(Exports, WindowTest):
     def focused_buttons(window):
         return [node.get_name() for node in window.showing([Atspi.Role.PUSH_BUTTON])
                 if window.has_state(node, Atspi.StateType.FOCUSED)]
-
-    @staticmethod
-    def has_focus(window, name):
-        try:
-            return window.wait(lambda: window.focused() == name, f"the focus of “{name}”", patience=0.3)
-        except AssertionError:
-            return False
 
 
 if __name__ == "__main__":

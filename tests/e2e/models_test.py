@@ -107,21 +107,11 @@ class ModelsTest(ModelsScreen, WindowTest):
         self.place_file("ggml-large-v3-turbo.bin")
         window = self.start_on_models()
         self.session.focus(WINDOW)
-        for _ in range(20):
-            self.session.key("Tab")
-            if self.has_focus(window, "Delete Local Copy"):
-                break
+        self.tab_to(window, "Delete Local Copy")
         self.session.key("space")
         self.expect_status(window, "Large V3 Turbo", "Not downloaded")
         self.assertFalse((self.models_folder() / "ggml-large-v3-turbo.bin").exists())
         window.wait(lambda: window.focused() == "Download Model", "the focus of “Download Model”")
-
-    @staticmethod
-    def has_focus(window, name):
-        try:
-            return window.wait(lambda: window.focused() == name, f"the focus of “{name}”", patience=0.2)
-        except AssertionError:
-            return False
 
 
 if __name__ == "__main__":

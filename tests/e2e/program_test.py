@@ -14,7 +14,7 @@ class ProgramTest(WindowTest):
         """Starts the program and opens the viewer of a transcript, which covers a part of the sidebar."""
         window = self.start_on_file_screen()
         self.transcribe(window, self.media.speech("talk.wav", 30))
-        window.expect("Done", patience=60)
+        window.expect("Done", patience=120)
         window.press("Open Full View")
         window.inside("Transcript Viewer")
         self.eventually(lambda: not self.is_sidebar_in_front(), "the viewer in front")

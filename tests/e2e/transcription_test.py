@@ -122,7 +122,7 @@ class TranscriptionTest(WindowTest):
         window.wait(lambda: len(window.transcript()) >= 6, "the first window's lines")
         self.assertEqual(len(self.engines()), 1)
         window.press("Stop")
-        window.expect("Cancelled", patience=2)
+        window.expect("Cancelled")
         self.assertEqual(self.wait_for_engines(0), [])
         self.assertEqual(window.transcript()[:2], FIRST_LINES)
         self.assertIsNone(window.find("Stop"))

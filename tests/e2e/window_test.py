@@ -94,7 +94,7 @@ class WindowTest(unittest.TestCase):
                 continue
         return found
 
-    def wait_for_engines(self, count, patience=5.0):
+    def wait_for_engines(self, count, patience=20.0):
         end = time.monotonic() + patience
         while len(self.engines()) != count and time.monotonic() < end:
             time.sleep(0.02)
@@ -104,7 +104,17 @@ class WindowTest(unittest.TestCase):
         return subprocess.run([self.build / "tests/e2e/print_clipboard"], env=self.session.environment, check=True,
                               capture_output=True, timeout=20).stdout.decode()
 
-    def eventually(self, condition, what, patience=10.0):
+    def tab_to(self, window, name, most=30):
+        """Presses Tab until the control has the focus."""
+        for _ in range(most):
+            before = window.focused()
+            if before == name:
+                return
+            self.session.key("Tab")
+            window.comes(lambda: window.focused() != before, patience=1)
+        self.fail(f"{most} presses of Tab do not reach “{name}”; the focus is on {window.focused()}")
+
+    def eventually(self, condition, what, patience=20.0):
         end = time.monotonic() + patience
         while time.monotonic() < end:
             if condition():
