@@ -71,7 +71,7 @@ function(sorvanta_test name)
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} test_support test_code)
   add_test(NAME ${name} COMMAND ${ARG_LAUNCHER} $<TARGET_FILE:${name}> --gtest_brief=1)
   if(NOT ARG_TIMEOUT)
-    set(ARG_TIMEOUT 300)
+    set(ARG_TIMEOUT 900)
   endif()
   set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
   if(ARG_COST)
@@ -91,7 +91,7 @@ endfunction()
 function(sorvanta_pipewire_test name tests)
   string(REPLACE sound_test pipewire_test test ${name})
   add_test(NAME ${test} COMMAND ${name} --gtest_brief=1 --gtest_filter=${tests})
-  set_tests_properties(${test} PROPERTIES TIMEOUT 300 LABELS sound RESOURCE_LOCK sound COST 400
+  set_tests_properties(${test} PROPERTIES TIMEOUT 900 LABELS sound RESOURCE_LOCK sound COST 400
     ENVIRONMENT SORVANTA_SOUND_SERVER_KIND=pipewire)
 endfunction()
 
