@@ -4,7 +4,9 @@
 from accessible_window import Atspi
 from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
+OPEN = "Open Full View"
 PANEL = "Open"
+VIEWER = "Transcript Viewer"
 
 
 class KeyboardTest(WindowTest):
@@ -63,6 +65,28 @@ class KeyboardTest(WindowTest):
         self.session.key("Return")
         self.eventually(lambda: len(self.session.opened_addresses()) > before, "the address in the browser")
         self.assertTrue(self.session.opened_addresses()[-1].endswith("privacy-policy/"))
+
+    def test_who_comes_back_from_another_window_finds_all_as_it_was(self):
+        window = self.start_on_file_screen()
+        self.transcribe(window, self.media.speech("talk.wav", 100))
+        window.expect("Done", patience=120)
+        self.session.resize(WINDOW, 720, 480)
+        self.session.focus(WINDOW)
+        self.tab_to(window, OPEN)
+        place = window.place(OPEN)
+        self.session.key("space")
+        self.session.focus(VIEWER)
+        viewer = window.inside(VIEWER)
+        self.session.key("Tab")
+        viewer.wait(viewer.focused, "the focus in the viewer")
+        self.session.focus(WINDOW)
+        window.wait(lambda: window.focused() == OPEN, "the focus where it was")
+        self.assertEqual(window.place(OPEN), place)
+        self.session.close(VIEWER)
+        window.wait(lambda: window.find(VIEWER) is None, "the end of the viewer")
+        self.session.focus(WINDOW)
+        self.session.key("space")
+        window.inside(VIEWER)
 
     def picked(self, window):
         window.wait(lambda: window.find("Afrikaans (af)") is None, "the end of the choices")

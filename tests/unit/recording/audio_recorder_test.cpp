@@ -196,7 +196,7 @@ TEST_F(AudioRecorderSound, isSilentWhileTheServerIsAwayAndGoesOnWhenItIsBack)
     QTest::qWait(1000);
     server.kill();
     const double killed = secondsSince(begin);
-    waitFor([this] { return interruption.has_value(); }, 2000);
+    waitFor([this] { return interruption.has_value(); }, soon * 1000);
     EXPECT_EQ(interruption->domain(), u"SoundCapture"_qs);
     EXPECT_TRUE(interruption->code() == SoundCapture::NoServer || interruption->code() == SoundCapture::Lost);
     recorder->updateMeters();
@@ -225,7 +225,7 @@ TEST_F(AudioRecorderSound, isSilentWhileTheServerHangs)
     const auto begin = Clock::now();
     QTest::qWait(500);
     server.suspend(true);
-    waitFor([this] { return interruption.has_value(); }, 2000);
+    waitFor([this] { return interruption.has_value(); }, soon * 1000);
     EXPECT_EQ(interruption->code(), SoundCapture::NoAnswer);
     server.suspend(false);
     waitFor([this] { return isResumed; });

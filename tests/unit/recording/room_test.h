@@ -20,6 +20,10 @@ class RoomTest : public testing::Test {
 protected:
     static constexpr sorvanta::AudioFormat voice = {16000, 1, sorvanta::AudioFormat::SampleType::Int16};
 
+    /// How many seconds pass at most until it is told what is wrong with the server. It is told within two; a machine
+    /// that is busy with much else may take longer.
+    static constexpr int soon = 5;
+
     ~RoomTest() override { silence(); }
 
     /// Noise that nowhere sounds the same twice.

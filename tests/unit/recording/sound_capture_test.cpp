@@ -233,7 +233,7 @@ TEST_F(SoundCaptureTest, goesOnWhenTheServerIsStartedAnew)
     const auto killed = Clock::now();
     server.kill();
     waitFor([&listener] { return listener.interruption.has_value(); });
-    EXPECT_LT(secondsSince(killed), 2);
+    EXPECT_LT(secondsSince(killed), soon);
     server.start();
     waitFor([&listener] { return listener.isResumed; });
     play(makeTone(u"tone.wav"_qs, 1000, 20));
@@ -249,7 +249,7 @@ TEST_F(SoundCaptureTest, saysThatThereIsNoServer)
     EXPECT_EQ(failure->domain(), u"SoundCapture"_qs);
     EXPECT_EQ(failure->code(), SoundCapture::NoServer);
     EXPECT_EQ(failure->localizedDescription(), u"There is no sound server."_qs);
-    EXPECT_LT(seconds, 2);
+    EXPECT_LT(seconds, soon);
 }
 
 TEST_F(SoundCaptureTest, saysThatTheServerHangs)
@@ -260,7 +260,7 @@ TEST_F(SoundCaptureTest, saysThatTheServerHangs)
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->code(), SoundCapture::NoAnswer);
     EXPECT_EQ(failure->localizedDescription(), u"The sound server does not answer."_qs);
-    EXPECT_LT(seconds, 2);
+    EXPECT_LT(seconds, soon);
 }
 
 TEST_F(SoundCaptureTest, saysThatTheServerRefusesAccess)
@@ -274,7 +274,7 @@ TEST_F(SoundCaptureTest, saysThatTheServerRefusesAccess)
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->code(), SoundCapture::Refused) << failure->localizedDescription().toStdString();
     EXPECT_EQ(failure->localizedDescription(), u"The sound server refuses access."_qs);
-    EXPECT_LT(seconds, 2);
+    EXPECT_LT(seconds, soon);
 }
 
 TEST_F(SoundCaptureTest, saysThatThereIsNoDevice)
@@ -284,12 +284,12 @@ TEST_F(SoundCaptureTest, saysThatThereIsNoDevice)
     ASSERT_TRUE(noMicrophone);
     EXPECT_EQ(noMicrophone->code(), SoundCapture::NoDevice);
     EXPECT_EQ(noMicrophone->localizedDescription(), u"There is no microphone."_qs);
-    EXPECT_LT(seconds, 2);
+    EXPECT_LT(seconds, soon);
     const auto [noOutput, outputSeconds] = failureToOpen(SoundSource::SystemOutput);
     ASSERT_TRUE(noOutput);
     EXPECT_EQ(noOutput->code(), SoundCapture::NoDevice);
     EXPECT_EQ(noOutput->localizedDescription(), u"There is no sound output."_qs);
-    EXPECT_LT(outputSeconds, 2);
+    EXPECT_LT(outputSeconds, soon);
 }
 
 TEST_F(SoundCaptureTest, takesWhatTheMachinePlaysForNoMicrophone)
@@ -298,7 +298,7 @@ TEST_F(SoundCaptureTest, takesWhatTheMachinePlaysForNoMicrophone)
     const auto [failure, seconds] = failureToOpen(SoundSource::Microphone);
     ASSERT_TRUE(failure);
     EXPECT_EQ(failure->code(), SoundCapture::NoDevice);
-    EXPECT_LT(seconds, 2);
+    EXPECT_LT(seconds, soon);
 }
 
 TEST_F(SoundCaptureTest, endsAtOnceAtAnyTime)
@@ -308,14 +308,14 @@ TEST_F(SoundCaptureTest, endsAtOnceAtAnyTime)
         QTest::qWait(milliseconds);
         const auto begin = Clock::now();
         listener.reset();
-        EXPECT_LT(secondsSince(begin), 0.3);
+        EXPECT_LT(secondsSince(begin), 1);
     }
     auto listener = std::make_unique<Listener>(SoundSource::Microphone, voice);
     open(*listener);
     server.suspend(true);
     const auto begin = Clock::now();
     listener.reset();
-    EXPECT_LT(secondsSince(begin), 0.3) << "also if the server hangs";
+    EXPECT_LT(secondsSince(begin), 1) << "also if the server hangs";
     server.suspend(false);
 }
 
