@@ -5,11 +5,13 @@
 #include "screens/screen_surroundings.h"
 #include "support/fake_engine_bundle.h"
 #include "support/fake_file_panels.h"
+#include "support/waiting.h"
 
 #include <QDir>
 #include <QFile>
 #include <QString>
 #include <QTemporaryDir>
+#include <QThreadPool>
 #include <QUuid>
 
 /// All that a screen works with, each in a folder of its own: models, a history, panels, an engine that does as it is
@@ -24,6 +26,8 @@ public:
     ScreenWorkbench &operator=(const ScreenWorkbench &) = delete;
     ~ScreenWorkbench()
     {
+        // A screen that has gone may have left a conversion behind, which still writes.
+        QThreadPool::globalInstance()->waitForDone(patience);
         if (m_temporaryFolderBefore.isNull())
             qunsetenv("TMPDIR");
         else

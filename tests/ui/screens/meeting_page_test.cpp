@@ -33,6 +33,14 @@ protected:
         surroundings.recorder.openPlayer = players.opener();
         screen = std::make_unique<MeetingRecorderView>(surroundings);
     }
+    /// A recording is finished in the background, and its folder stays until then.
+    void TearDown() override
+    {
+        UiTest::TearDown();
+        screen->disappear();
+        const ScreenAudioRecorder &recorder = screen->recorder();
+        waitFor([&recorder] { return recorder.isStarting() || !recorder.systemURL(); });
+    }
 
     void showPage(int width = 940, int height = 700)
     {
