@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """What the window tells assistive technology: each control has a role, a name and, where it acts, an action."""
 
-from accessible_window import Atspi
+from accessible_window import Atspi, whole
 from window_test import FIRST_LINES, WindowTest, main
 
 Role = Atspi.Role
@@ -20,17 +20,17 @@ EXPORTS = [(Role.MENU_ITEM, name) for name in (
     "TXT", "SRT", "VTT", "CSV", "DOCX", "PDF", "Markdown (.md)", "HTML", "JSON", "Download to Downloads")]
 
 
-def acts(node):
+def acts(window, node):
     """A row of a list acts, unless it only holds together what acts."""
-    return node.get_role() in ACTING and not (node.get_role() == Role.LIST_ITEM and has_button(node))
+    return node.get_role() in ACTING and not (node.get_role() == Role.LIST_ITEM and has_button(window, node))
 
 
-def has_button(node):
-    children = [node.get_child_at_index(i) for i in range(node.get_child_count())]
-    return any(child.get_role() == Role.PUSH_BUTTON or has_button(child) for child in children)
+def has_button(window, node):
+    return any(part.get_role() == Role.PUSH_BUTTON for part in window.nodes(node))
 
 
 class AccessibilityTest(WindowTest):
+    @whole
     def offenders(self, window):
         """The parts in sight that somebody who does not see them could not use."""
         found = []
@@ -42,17 +42,21 @@ class AccessibilityTest(WindowTest):
                 found.append(f"“{name}” has no role")
             if not name:
                 found.append(f"a {node.get_role_name()} has no name")
-            if acts(node) and "Press" not in window.actions(node):
+            if acts(window, node) and "Press" not in window.actions(node):
                 found.append(f"the {node.get_role_name()} “{name}” cannot be pressed")
-            if acts(node) and not window.has_state(node, Atspi.StateType.FOCUSABLE):
+            if acts(window, node) and not window.has_state(node, Atspi.StateType.FOCUSABLE):
                 found.append(f"the {node.get_role_name()} “{name}” cannot get the focus")
         return found
 
     def check(self, window, controls):
         """No offenders, and exactly these controls, in this order."""
         self.assertEqual(self.offenders(window), [])
+        self.assertEqual(self.controls(window), controls)
+
+    @whole
+    def controls(self, window):
         roles = (*ACTING, Role.LIST, Role.PROGRESS_BAR)
-        self.assertEqual([(node.get_role(), node.get_name()) for node in window.showing(roles)], controls)
+        return [(node.get_role(), node.get_name()) for node in window.showing(roles)]
 
     def test_the_agreement(self):
         window = self.start()
@@ -98,7 +102,7 @@ class AccessibilityTest(WindowTest):
 
     def test_the_choices_of_a_picker(self):
         window = self.start_on_file_screen()
-        window.act(window.expect("Language", [Role.COMBO_BOX]), "Press")
+        window.press("Language", [Role.COMBO_BOX])
         window.expect("Afrikaans (af)")
         self.assertEqual(self.offenders(window), [])
 

@@ -2,6 +2,7 @@
 that it offers."""
 
 import copy
+import functools
 import re
 import time
 
@@ -15,8 +16,27 @@ BUTTON = (Atspi.Role.PUSH_BUTTON, Atspi.Role.BUTTON_MENU) if hasattr(Atspi.Role,
     Atspi.Role.PUSH_BUTTON,)
 
 
+APPLICATION_GONE = 0  # a code of AtspiError
+
+Atspi.set_timeout(60_000, 60_000)  # milliseconds: a busy machine answers late
+
+
 class NotFound(AssertionError):
     pass
+
+
+def whole(reading, patience=10.0):
+    """Makes a reading of several parts anew when one of them goes meanwhile, as the rows of a growing list do."""
+    @functools.wraps(reading)
+    def read(*arguments, **options):
+        end = time.monotonic() + patience
+        while True:
+            try:
+                return reading(*arguments, **options)
+            except GLib.Error as error:
+                if error.code == APPLICATION_GONE or time.monotonic() > end:
+                    raise
+    return read
 
 
 class AccessibleWindow:
@@ -56,30 +76,25 @@ class AccessibleWindow:
         limited._application = self.expect(title, [Atspi.Role.FRAME, Atspi.Role.WINDOW, Atspi.Role.DIALOG])
         return limited
 
-    def nodes(self):
-        """All showing parts of the tree, in reading order."""
-        pending = [self._application]
+    def nodes(self, root=None):
+        """All parts of the tree, or of the part below `root`, in reading order."""
+        pending = [root or self._application]
         while pending:
             node = pending.pop(0)
             if node is None:
-                continue
+                continue  # it has gone since its parent told how many it has
             yield node
-            try:
-                pending = [node.get_child_at_index(i) for i in range(node.get_child_count())] + pending
-            except GLib.Error:
-                continue
+            pending = [node.get_child_at_index(i) for i in range(node.get_child_count())] + pending
 
+    @whole
     def find(self, name, roles=None):
         """The first showing part with that name (a text, or a test of one), or None."""
         for node in self.nodes():
-            try:
-                if roles and node.get_role() not in roles:
-                    continue
-                text = node.get_name()
-                if (name(text) if callable(name) else text == name) and self.is_showing(node):
-                    return node
-            except GLib.Error:
+            if roles and node.get_role() not in roles:
                 continue
+            text = node.get_name()
+            if (name(text) if callable(name) else text == name) and self.is_showing(node):
+                return node
         return None
 
     def expect(self, name, roles=None, patience=None):
@@ -95,14 +110,13 @@ class AccessibleWindow:
     def expect_gone(self, name, roles=None, patience=None):
         self.wait(lambda: self.find(name, roles) is None, f"the end of “{name}”", patience)
 
+    @whole
     def press(self, name, roles=BUTTON, patience=None):
         """Presses a control by its action, once it is there and enabled."""
         def enabled():
             node = self.find(name, roles)
             return node if node and self.has_state(node, Atspi.StateType.ENABLED) else None
-        node = self.wait(enabled, f"an enabled “{name}”", patience)
-        self.act(node, "Press")
-        return node
+        self.act(self.wait(enabled, f"an enabled “{name}”", patience), "Press")
 
     def press_row(self, name):
         """Presses a row of a list."""
@@ -120,16 +134,15 @@ class AccessibleWindow:
 
     def choose(self, picker, item):
         """Picks a row of a picker."""
-        self.act(self.expect(picker, [Atspi.Role.COMBO_BOX]), "Press")
+        self.press(picker, [Atspi.Role.COMBO_BOX])
         self.press(item, roles=[Atspi.Role.LIST_ITEM, Atspi.Role.MENU_ITEM])
 
     def picker_items(self, picker):
         """What a picker offers."""
-        node = self.expect(picker, [Atspi.Role.COMBO_BOX])
         others = len(self.names([Atspi.Role.LIST_ITEM]))
-        self.act(node, "Press")
+        self.press(picker, [Atspi.Role.COMBO_BOX])
         items = self.wait(lambda: self.names([Atspi.Role.LIST_ITEM])[others:], f"the choices of “{picker}”")
-        self.act(node, "Press")
+        self.press(picker, [Atspi.Role.COMBO_BOX])
         self.wait(lambda: len(self.names([Atspi.Role.LIST_ITEM])) == others, f"the end of “{picker}”")
         return items
 
@@ -146,13 +159,14 @@ class AccessibleWindow:
         proposed = Atspi.Text.get_text(field, 0, -1)
         field.set_text_contents(str(path))
         self.press(button, roles=[Atspi.Role.PUSH_BUTTON])
-        self.wait(lambda: self.find(self.is_file_name, [Atspi.Role.TEXT]) is None, "the end of the panel")
+        self.expect_gone(self.is_file_name, [Atspi.Role.TEXT])
         return proposed
 
     @staticmethod
     def is_file_name(name):
         return name.startswith("File name")
 
+    @whole
     def menu_items(self, name=None):
         """The items of all open menus, or those with that name; those of a submenu come last."""
         return [node for node in self.showing([Atspi.Role.MENU_ITEM]) if name in (None, node.get_name())]
@@ -168,63 +182,53 @@ class AccessibleWindow:
         """The names of all showing texts that begin so."""
         return [name for name in self.names(TEXT) if name.startswith(prefix)]
 
+    @whole
     def focused(self):
         """The name of the part that has the keyboard, or None."""
         for node in self.nodes():
-            try:
-                if self.has_state(node, Atspi.StateType.FOCUSED) and self.is_showing(node) and node.get_name():
-                    return node.get_name()
-            except GLib.Error:
-                continue
+            if self.has_state(node, Atspi.StateType.FOCUSED) and self.is_showing(node) and node.get_name():
+                return node.get_name()
         return None
 
-    def place(self, name):
+    @whole
+    def place(self, name, roles=None):
         """Where a part stands, as (x, y, width, height)."""
-        area = self.expect(name).get_extents(Atspi.CoordType.SCREEN)
+        return self.place_of(self.expect(name, roles))
+
+    @staticmethod
+    def place_of(node):
+        area = node.get_extents(Atspi.CoordType.SCREEN)
         return area.x, area.y, area.width, area.height
 
+    @whole
     def shown_choice(self, picker):
         """What a picker tells as its choice."""
         return self.expect(picker, [Atspi.Role.COMBO_BOX]).get_description()
 
+    @whole
     def showing(self, roles):
         """All showing parts with one of these roles."""
-        found = []
-        for node in self.nodes():
-            try:
-                if node.get_role() in roles and self.is_showing(node):
-                    found.append(node)
-            except GLib.Error:
-                continue
-        return found
+        return [node for node in self.nodes() if node.get_role() in roles and self.is_showing(node)]
 
+    @whole
     def names(self, roles):
         """The names of all showing parts with one of these roles."""
         return [node.get_name() for node in self.showing(roles)]
 
+    @whole
+    def rows(self, name):
+        """The texts of the list of that name; none if it is not there."""
+        rows = self.find(name, [Atspi.Role.LIST])
+        return [node.get_name() for node in self.nodes(rows) if node.get_role() in TEXT] if rows else []
+
     def transcript(self):
         """The rows of the transcript that are in sight."""
-        rows = self.find("Transcript", [Atspi.Role.LIST])
-        if not rows:
-            return []
-        found = []
-        pending = [rows]
-        while pending:
-            node = pending.pop(0)
-            pending = [node.get_child_at_index(i) for i in range(node.get_child_count())] + pending
-            if node.get_role() in TEXT:
-                found.append(node.get_name())
-        return found
+        return self.rows("Transcript")
 
+    @whole
     def summary(self):
-        lines = []
-        for node in self.nodes():
-            try:
-                if node.get_name() and self.is_showing(node):
-                    lines.append(f"{node.get_role_name()} “{node.get_name()[:60]}”")
-            except GLib.Error:
-                continue
-        return "; ".join(lines)
+        return "; ".join(f"{node.get_role_name()} “{node.get_name()[:60]}”" for node in self.nodes()
+                         if node.get_name() and self.is_showing(node))
 
     def _find_application(self):
         desktop = Atspi.get_desktop(0)

@@ -79,11 +79,7 @@ class ExportTest(Exports, WindowTest):
         folder = self.make_downloads()
         window, entry = self.transcribed()
         self.session.focus(WINDOW)
-        for _ in range(20):
-            if window.focused() == "Export":
-                break
-            self.session.key("Tab")
-        window.wait(lambda: window.focused() == "Export", "the focus of the menu's button")
+        self.tab_to(window, "Export")
         self.session.key("space")
         window.wait(window.menu_items, "the menu")
         self.session.key("Escape")
@@ -113,25 +109,25 @@ class ExportTest(Exports, WindowTest):
     def test_the_menu_is_used_by_mouse(self):
         folder = self.make_downloads()
         window, entry = self.transcribed()
-        self.click(window.expect("Export"))
+        self.click(window, window.expect("Export"))
         window.wait(lambda: len(window.menu_items()) == 10, "the menu")
-        self.click(window.menu_items("HTML")[0])
+        self.click(window, window.menu_items("HTML")[0])
         path = self.session.home / "by mouse.html"
         self.assertEqual(window.save_file(path), "talk_transcription.html")
         window.expect("Saved HTML to by mouse.html")
         self.check(path, entry)
 
-        self.click(window.expect("Export"))
+        self.click(window, window.expect("Export"))
         window.wait(lambda: len(window.menu_items()) == 10, "the menu")
-        self.click(window.menu_items(SUBMENU)[0])
+        self.click(window, window.menu_items(SUBMENU)[0])
         window.wait(lambda: len(window.menu_items()) == 19, "the submenu")
-        self.click(window.menu_items("JSON")[1])
+        self.click(window, window.menu_items("JSON")[1])
         window.expect("Saved JSON to Downloads/talk_transcription.json")
         self.check(folder / "talk_transcription.json", entry)
 
-    def click(self, node):
-        area = node.get_extents(Atspi.CoordType.SCREEN)
-        self.session.click(area.x + area.width // 2, area.y + area.height // 2)
+    def click(self, window, node):
+        x, y, width, height = window.place_of(node)
+        self.session.click(x + width // 2, y + height // 2)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 """The models screen in the window: its rows, what they tell, and their buttons."""
 
-from accessible_window import BUTTON, Atspi
+from accessible_window import BUTTON, Atspi, whole
 from window_test import WINDOW
 
 TALL = (1200, 1500)  # all rows are in the window, though not on the display
@@ -22,22 +22,18 @@ class ModelsScreen:
         window.expect("Tiny", [Atspi.Role.LIST_ITEM])
         return window
 
+    @whole
     def words(self, window, model):
         """What the row of a model tells, behind its name."""
         return [node.get_name() for node in self.parts(window, model) if node.get_name()][2:]
 
+    @whole
     def parts(self, window, model):
         """The row of a model and all in it that is shown."""
-        rows = [node for node in window.nodes()
-                if node.get_role() == Atspi.Role.LIST_ITEM and node.get_name() == model]
-        found = []
-        while rows:
-            node = rows.pop(0)
-            rows = [node.get_child_at_index(i) for i in range(node.get_child_count())] + rows
-            if window.is_showing(node):
-                found.append(node)
-        return found
+        return [node for row in window.showing([Atspi.Role.LIST_ITEM]) if row.get_name() == model
+                for node in window.nodes(row) if window.is_showing(node)]
 
+    @whole
     def press(self, window, model, button):
         """Presses a button of the row of a model."""
         def find():
