@@ -84,7 +84,7 @@ class AccessibilityTest(WindowTest):
         self.check(window, SECTIONS + FORM + [
             (Role.PUSH_BUTTON, "Transcribing…"), (Role.PROGRESS_BAR, "Progress"), (Role.PUSH_BUTTON, "Stop"),
             *TRANSCRIPT])
-        window.expect("Done", patience=120)
+        window.expect("Done")
         self.check(window, SECTIONS + FORM + TRANSCRIBE + TRANSCRIPT)
         window.press("Export")
         window.wait(lambda: len(window.menu_items()) == len(EXPORTS), "the menu")
@@ -136,7 +136,7 @@ class AccessibilityTest(WindowTest):
     def test_the_history_section(self):
         window = self.start_on_file_screen()
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         window.press_row("History")
         window.expect("Open Full View")
         self.check(window, SECTIONS + [

@@ -11,6 +11,8 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
+from waiting import PATIENCE  # noqa: E402
+
 TEXT = (Atspi.Role.LABEL, Atspi.Role.STATIC, Atspi.Role.TEXT, Atspi.Role.HEADING, Atspi.Role.ALERT)
 BUTTON = (Atspi.Role.PUSH_BUTTON, Atspi.Role.BUTTON_MENU) if hasattr(Atspi.Role, "BUTTON_MENU") else (
     Atspi.Role.PUSH_BUTTON,)
@@ -42,7 +44,7 @@ def whole(reading, patience=10.0):
 class AccessibleWindow:
     """The tree of one application. Every look-up is made anew, since a tree changes under one's hands."""
 
-    def __init__(self, process, patience=20.0):
+    def __init__(self, process, patience=PATIENCE):
         self._process = process
         self._patience = patience
         self._application = self.wait(self._find_application, "the application in the accessibility tree")
@@ -61,14 +63,6 @@ class AccessibleWindow:
                 raise NotFound(f"the application ended with {self._process.returncode} while waiting for {what}")
             time.sleep(0.05)
         raise NotFound(f"waited in vain for {what}; there is: {self.summary()}")
-
-    def comes(self, condition, patience):
-        """Whether the condition comes to hold."""
-        try:
-            self.wait(condition, "what may not come", patience)
-        except NotFound:
-            return False
-        return True
 
     def inside(self, title):
         """The same, limited to the application's window with that title, once it is there."""
@@ -183,12 +177,18 @@ class AccessibleWindow:
         return [name for name in self.names(TEXT) if name.startswith(prefix)]
 
     @whole
-    def focused(self):
-        """The name of the part that has the keyboard, or None."""
+    def focused_part(self):
+        """The part that has the keyboard, or None."""
         for node in self.nodes():
             if self.has_state(node, Atspi.StateType.FOCUSED) and self.is_showing(node) and node.get_name():
-                return node.get_name()
+                return node
         return None
+
+    @whole
+    def focused(self):
+        """The name of the part that has the keyboard, or None."""
+        part = self.focused_part()
+        return part and part.get_name()
 
     @whole
     def place(self, name, roles=None):

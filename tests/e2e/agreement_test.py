@@ -28,7 +28,7 @@ class AgreementTest(WindowTest):
     def test_quit_ends_the_program_and_stores_nothing(self):
         window = self.start()
         window.press("Quit")
-        self.assertEqual(self.program.wait(timeout=10), 0)
+        self.assertEqual(self.exit_code(), 0)
         self.assert_nothing_is_stored()
         self.start().expect(AGREE)
 
@@ -45,7 +45,7 @@ class AgreementTest(WindowTest):
         window.press_row("Help")
         window.expect("Key links")
         self.program.terminate()
-        self.program.wait(timeout=10)
+        self.exit_code()
 
         window = self.start()
         window.expect("Choose File…")

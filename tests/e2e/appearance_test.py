@@ -75,7 +75,7 @@ class AppearanceTest(DesktopWish, WindowTest):
         self.wish(1)
         self.expect_color(DARK)
         self.picture("running-dark-wide")
-        window.expect("Done", patience=120)
+        window.expect("Done")
         self.session.resize(WINDOW, *SMALL)
         self.eventually(lambda: self.session.pixel(*OUTSIDE_OF_SMALL) == NOTHING, "the small window")
         self.expect_color(DARK)

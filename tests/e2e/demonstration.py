@@ -14,6 +14,7 @@ import time
 
 from accessible_window import AccessibleWindow, NotFound
 from virtual_session import VirtualSession
+from waiting import PATIENCE
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 SPEECH = PROJECT / "node_modules/nodejs-whisper/cpp/whisper.cpp/samples/jfk.mp3"
@@ -87,7 +88,7 @@ def show(session, build, results):
     step(f"History file: {history}")
     step(f"Screenshot: {screenshot}")
     program.terminate()
-    program.wait(timeout=10)
+    program.wait(PATIENCE)
 
 
 def main():

@@ -4,6 +4,8 @@ import pathlib
 import subprocess
 import sys
 
+from waiting import PATIENCE
+
 
 class DesktopWish:
     """For a WindowTest."""
@@ -13,7 +15,7 @@ class DesktopWish:
     def tearDown(self):
         if self.portal:
             self.portal.stdin.close()
-            self.portal.wait(timeout=10)
+            self.portal.wait(timeout=PATIENCE)
             self.portal.stdout.close()
         super().tearDown()
 

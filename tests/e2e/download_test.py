@@ -63,7 +63,7 @@ class DownloadTest(ModelsScreen, Exports, WindowTest):
         window.press_row("Transcript Audio From File")
         self.assertEqual(window.shown_choice("Model"), "Tiny")
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         entry = self.history()[0]
         self.assertEqual(entry["model"], "Tiny")
         self.save_every_format(window, entry, "talk")
@@ -98,7 +98,7 @@ class DownloadTest(ModelsScreen, Exports, WindowTest):
         self.press(window, "Tiny", "Download Model")
         self.expect_to_be_downloading(window)
         self.program.terminate()
-        self.program.wait(timeout=10)
+        self.exit_code()
         goes_on.set()
         self.assertEqual(self.names(), ["ggml-tiny.bin.part"])
 

@@ -13,7 +13,7 @@ class ExportTest(Exports, WindowTest):
         """The window behind a finished run. @return it, and the entry of the run in the history"""
         window = self.start_on_file_screen()
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         return window, self.history()[0]
 
     def test_every_format_is_saved_through_the_panel(self):

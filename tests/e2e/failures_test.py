@@ -84,7 +84,7 @@ class FailuresTest(WindowTest):
     def test_a_killed_application_leaves_no_engine_and_a_whole_history(self):
         window = self.start_on_file_screen(layers=32)
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         before = self.history_file().read_bytes()
         self.assertEqual(len(self.history()), 1)
 
@@ -97,7 +97,7 @@ class FailuresTest(WindowTest):
 
         window = self.start()
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         entries = self.history()
         self.assertEqual(len(entries), 2)
         self.assertIn(entries[1]["id"], before.decode(), "the earlier entry was found again")

@@ -37,7 +37,7 @@ class HistoryTest(Exports, WindowTest):
         self.server = self.session.start(["/bin/sh", SOUND_SERVER, folder], stderr=subprocess.DEVNULL)
         self.session.environment.update(PULSE_SERVER=f"unix:{folder}/native", PULSE_COOKIE=f"{folder}/cookie")
         self.eventually(lambda: subprocess.run(["pactl", "info"], env=self.session.environment,
-                                               capture_output=True).returncode == 0, "the sound server", 30)
+                                               capture_output=True).returncode == 0, "the sound server")
 
     def heard(self, seconds=0.5):
         """The loudest sample of what is played from now on for so long, from 0 to 32768."""
@@ -59,7 +59,7 @@ class HistoryTest(Exports, WindowTest):
         """Transcribes these files, one after the other."""
         for count, name in enumerate(names, len(self.history()) + 1):
             self.transcribe(window, self.media.speech(name, 100))
-            self.eventually(lambda: len(self.history()) == count, "the end of a run", 60)
+            self.eventually(lambda: len(self.history()) == count, "the end of a run")
             window.expect("Done")
 
     @whole

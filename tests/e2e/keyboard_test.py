@@ -48,7 +48,7 @@ class KeyboardTest(WindowTest):
 
         self.tab_to(window, "Transcribe")
         self.session.key("space")
-        window.expect("Done", patience=120)
+        window.expect("Done")
         self.assertEqual(window.transcript()[:2], FIRST_LINES)
         self.assertEqual([entry["language"] for entry in self.history()], ["am"])
 
@@ -69,7 +69,7 @@ class KeyboardTest(WindowTest):
     def test_who_comes_back_from_another_window_finds_all_as_it_was(self):
         window = self.start_on_file_screen()
         self.transcribe(window, self.media.speech("talk.wav", 100))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         self.session.resize(WINDOW, 720, 480)
         self.session.focus(WINDOW)
         self.tab_to(window, OPEN)

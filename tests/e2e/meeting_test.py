@@ -19,7 +19,7 @@ class MeetingTest(RecordingTest):
         return self.start_on(SECTION, "Press Record to capture system output audio.")
 
     def final_file(self, window):
-        text = window.expect(lambda name: FINAL.fullmatch(name) is not None, patience=40).get_name()
+        text = window.expect(lambda name: FINAL.fullmatch(name) is not None).get_name()
         return self.session.temporary / FINAL.fullmatch(text).group(1)
 
     def expect_the_voice_alone_in_the_pause(self, final):
@@ -76,7 +76,7 @@ class MeetingTest(RecordingTest):
         self.save_audio(window, final)
 
         window.press("Transcribe")
-        window.expect("Done", patience=120)
+        window.expect("Done")
         self.assertEqual(window.transcript()[:1], FIRST_LINES[:1])
         entries = self.history()
         self.assertEqual([entry["sourceLabel"] for entry in entries], [str(final), str(raw[0])])
@@ -97,7 +97,7 @@ class MeetingTest(RecordingTest):
         window.press("Record System Audio + Microphone")
         window.expect_clock("Recording system audio… ", 3)
         window.press("Transcribe")
-        window.expect("Done", patience=120)
+        window.expect("Done")
         window.expect("Record System Audio + Microphone")
         final = self.final_file(window)
         raw = self.temporary("meeting-system-*.m4a")[0]

@@ -36,7 +36,7 @@ class ReadingTest(DesktopWish, WindowTest):
         """The window behind a finished run. @return it, and the lines of the transcript as (start, end, text)"""
         window = self.start_on_file_screen()
         self.transcribe(window, rising_tone(self.session.folder / "rising.wav", SECONDS))
-        window.expect("Done", patience=120)
+        window.expect("Done")
         entry = self.history()[0]
         with open(entry["srtPath"], encoding="utf-8") as subtitles:
             blocks = [block.split("\n") for block in subtitles.read().strip().split("\n\n")]

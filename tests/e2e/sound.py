@@ -3,7 +3,8 @@
 import array
 import pathlib
 import subprocess
-import time
+
+from waiting import comes
 
 SERVER = pathlib.Path(__file__).resolve().parents[1] / "support/sound_server.sh"
 RATE = 8000
@@ -26,11 +27,8 @@ class Sound:
         folder = session.folder / "sound"
         session.environment.update(PULSE_SERVER=f"unix:{folder}/native", PULSE_COOKIE=str(folder / "cookie"))
         self._server = session.start([SERVER, folder], stderr=subprocess.DEVNULL)
-        end = time.monotonic() + 20
-        while not self._answers():
-            if time.monotonic() > end:
-                raise RuntimeError("the sound server (pulseaudio) did not start")
-            time.sleep(0.05)
+        if not comes(self._answers):
+            raise RuntimeError("the sound server (pulseaudio) did not start")
 
     def end(self):
         self._server.kill()

@@ -4,6 +4,8 @@ import pathlib
 import subprocess
 import time
 
+from waiting import comes
+
 SERVER = pathlib.Path(__file__).resolve().parent.parent / "support/sound_server.sh"
 
 
@@ -16,12 +18,8 @@ class SoundRoom:
         session.environment.update(PULSE_SERVER=f"unix:{folder}/native", PULSE_COOKIE=str(folder / "cookie"))
         self._process = session.start(["sh", SERVER, folder])
         self._players = []
-        end = time.monotonic() + 20
-        while subprocess.run(["pactl", "info"], env=session.environment, stdout=subprocess.DEVNULL,
-                             stderr=subprocess.DEVNULL).returncode:
-            if time.monotonic() > end:
-                raise RuntimeError("the sound server did not start")
-            time.sleep(0.1)
+        if not comes(self._answers):
+            raise RuntimeError("the sound server did not start")
 
     def play_tone(self, sink, frequency, seconds=120):
         """Plays a tone of the amplitude 0.25 into a sink: "speaker" is what the machine plays, "room" what its
@@ -35,6 +33,10 @@ class SoundRoom:
         for process in [*self._players, self._process]:
             process.kill()
             process.wait()
+
+    def _answers(self):
+        return subprocess.run(["pactl", "info"], env=self._session.environment, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL).returncode == 0
 
 
 def tone_levels(path, frequencies, start, length):

@@ -1,16 +1,21 @@
 #!/usr/bin/python3
 """The main job: a file, Transcribe, the growing text, the history; and Stop."""
 
+import contextlib
 import datetime
+import os
 import pathlib
 import re
+import signal
 import time
 
+from waiting import PATIENCE
 from window_test import FIRST_LINES, WindowTest, main
 
 SECONDS = 100
 LINES = 15  # what the computed model recites for that
 SLOW = 32
+SLICE = 0.3  # seconds for which the engine works between two looks at the window
 PREPARATION = ["Preparing file…", "Audio detected, no conversion needed.", "Starting transcription…", "Preparing…"]
 
 
@@ -26,23 +31,42 @@ def is_in_order(seen, whole):
     return all(text in rest for text in seen)
 
 
+def send(number, process):
+    with contextlib.suppress(ProcessLookupError):  # it has just ended
+        os.kill(process, number)
+
+
 class TranscriptionTest(WindowTest):
     def follow(self, window, statuses):
         """Watches a run to its end. @return the messages, percentages and numbers of rows that were seen, each once"""
         messages, percentages, rows = [], [], []
-        end = time.monotonic() + 60
+        end = time.monotonic() + PATIENCE
         while "Done" not in messages:
             self.assertLess(time.monotonic(), end, window.summary())
-            texts = window.texts()
+            with self.held_engine():
+                texts = window.texts()
+                count = len(window.transcript())
             for text in texts:
                 if text in statuses and text not in messages:
                     messages.append(text)
                 if text.startswith("Progress: ") and text not in percentages:
                     percentages.append(text)
-            count = len(window.transcript())
             if count not in rows:
                 rows.append(count)
+            time.sleep(SLICE)
         return messages, percentages, rows
+
+    @contextlib.contextmanager
+    def held_engine(self):
+        """The engine stands still meanwhile, so that no step of it passes unseen while the window is read."""
+        engines = self.engines()
+        for engine in engines:
+            send(signal.SIGSTOP, engine)
+        try:
+            yield
+        finally:
+            for engine in engines:
+                send(signal.SIGCONT, engine)
 
     def check_history(self, path):
         """The entry of a run that has just ended, with its files."""
@@ -139,7 +163,7 @@ class TranscriptionTest(WindowTest):
         window.press_row("Help")
         window.expect("Key links")
         self.assertIsNone(window.find("Stop"), "a hidden screen is not read out")
-        self.eventually(self.history, "the end of the run behind the other section", 60)
+        self.eventually(self.history, "the end of the run behind the other section")
         window.press_row("Transcript Audio From File")
         window.expect("Done")
         self.assertEqual(window.transcript()[:2], FIRST_LINES)

@@ -8,8 +8,10 @@ import signal
 import subprocess
 import sys
 import tempfile
+import time
 
 import screen
+from waiting import PATIENCE
 
 
 class VirtualSession:
@@ -106,16 +108,15 @@ class VirtualSession:
 
     def focus(self, title):
         """Gives a window the keyboard, as a window manager would, once it is there."""
-        self._xdotool("search", "--sync", "--onlyvisible", "--name", f"^{title}$", "windowfocus", "--sync")
+        self._of_window(title, "windowfocus", "--sync")
 
     def resize(self, title, width, height):
-        self._xdotool("search", "--sync", "--onlyvisible", "--name", f"^{title}$", "windowsize", str(width),
-                      str(height))
+        self._of_window(title, "windowsize", str(width), str(height))
 
     def close(self, title):
         """Asks a window to close, as the button in its frame does."""
         script = pathlib.Path(__file__).with_name("close_window.py")
-        subprocess.run([sys.executable, script, title], env=self.environment, check=True, timeout=20)
+        subprocess.run([sys.executable, script, title], env=self.environment, check=True, timeout=PATIENCE)
 
     def opened_addresses(self):
         """What was handed to the browser."""
@@ -127,8 +128,19 @@ class VirtualSession:
         browser.write_text(f'#!/bin/sh\nprintf "%s\\n" "$1" >> "{self._addresses}"\n')
         browser.chmod(0o755)
 
+    def _of_window(self, title, *words, tries=5):
+        """Does this with the window of that title, once it is there; a window of that name that goes may be in the way."""
+        for left in reversed(range(tries)):
+            try:
+                self._xdotool("search", "--sync", "--onlyvisible", "--name", f"^{title}$", *words)
+                return
+            except subprocess.CalledProcessError:
+                if not left:
+                    raise
+                time.sleep(0.2)
+
     def _xdotool(self, *words):
-        subprocess.run(["xdotool", *words], env=self.environment, check=True, stdout=subprocess.DEVNULL, timeout=20)
+        subprocess.run(["xdotool", *words], env=self.environment, check=True, stdout=subprocess.DEVNULL, timeout=PATIENCE)
 
     def _start_display(self, tries=3):
         """Two displays that start at once may settle on one number; then one of them ends, and is tried again."""

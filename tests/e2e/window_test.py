@@ -7,12 +7,12 @@ import pathlib
 import re
 import subprocess
 import sys
-import time
 import unittest
 
 from accessible_window import AccessibleWindow
 from media import Media
 from virtual_session import VirtualSession
+from waiting import PATIENCE, comes
 
 FIRST_LINES = ["This text is recited by a computed model.", "It recognises nothing of what it is given."]
 WINDOW = "Sorvanta"
@@ -41,6 +41,10 @@ class WindowTest(unittest.TestCase):
         """Starts the program. @return its window"""
         self.program = self.session.start([self.build / "bin/sorvanta"], stdout=subprocess.DEVNULL)
         return AccessibleWindow(self.program)
+
+    def exit_code(self):
+        """What the program says at its end, which is waited for."""
+        return self.program.wait(PATIENCE)
 
     def start_on_file_screen(self, layers=1):
         """Starts the program as one who agreed before and has a model; the more layers, the slower it is."""
@@ -94,33 +98,26 @@ class WindowTest(unittest.TestCase):
                 continue
         return found
 
-    def wait_for_engines(self, count, patience=20.0):
-        end = time.monotonic() + patience
-        while len(self.engines()) != count and time.monotonic() < end:
-            time.sleep(0.02)
+    def wait_for_engines(self, count):
+        comes(lambda: len(self.engines()) == count)
         return self.engines()
 
     def clipboard(self):
         return subprocess.run([self.build / "tests/e2e/print_clipboard"], env=self.session.environment, check=True,
-                              capture_output=True, timeout=20).stdout.decode()
+                              capture_output=True, timeout=PATIENCE).stdout.decode()
 
     def tab_to(self, window, name, most=30):
         """Presses Tab until the control has the focus."""
         for _ in range(most):
-            before = window.focused()
-            if before == name:
+            before = window.focused_part()
+            if window.focused() == name:
                 return
             self.session.key("Tab")
-            window.comes(lambda: window.focused() != before, patience=1)
+            comes(lambda: window.focused_part() not in (None, before), patience=5)
         self.fail(f"{most} presses of Tab do not reach “{name}”; the focus is on {window.focused()}")
 
-    def eventually(self, condition, what, patience=20.0):
-        end = time.monotonic() + patience
-        while time.monotonic() < end:
-            if condition():
-                return
-            time.sleep(0.05)
-        self.fail(f"waited in vain for {what}")
+    def eventually(self, condition, what):
+        self.assertTrue(comes(condition), f"waited in vain for {what}")
 
 
 def main(size=(1200, 700)):
