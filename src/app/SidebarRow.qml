@@ -30,6 +30,7 @@ Rectangle {
     Accessible.onPressAction: chosen(index)
 
     Icon {
+        objectName: "sectionIcon"
         x: 11
         anchors.verticalCenter: parent.verticalCenter
         symbol: row.modelData.symbol
@@ -38,6 +39,7 @@ Rectangle {
     }
 
     LabelText {
+        objectName: "sectionLabel"
         x: 38
         anchors.verticalCenter: parent.verticalCenter
         width: parent.width - x - 4

@@ -56,6 +56,7 @@ Rectangle {
                 height: Math.max(64, promise.implicitHeight + 46)
 
                 Icon {
+                    objectName: "promiseIcon"
                     x: 20
                     anchors.verticalCenter: parent.verticalCenter
                     symbol: "shield.checkerboard"
@@ -66,6 +67,7 @@ Rectangle {
                 BodyText {
                     id: promise
 
+                    objectName: "promise"
                     x: 60
                     anchors.verticalCenter: parent.verticalCenter
                     width: parent.width - 80

@@ -18,6 +18,7 @@ Column {
     }
 
     BodyText {
+        objectName: "screenSubtitle"
         width: parent.width
         text: header.subtitle
         color: Theme.text2

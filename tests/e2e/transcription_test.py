@@ -128,14 +128,16 @@ class TranscriptionTest(WindowTest):
         messages = conversion("film.mp4")
         window = self.start_on_file_screen(SLOW)
         self.transcribe(window, self.media.repeated("film.mp4", self.media.speech("talk.mp4", SECONDS), 24))
-        seen, files = [], []
-        while messages[-1] not in seen:
-            seen += [text for text in window.texts() if text in messages and text not in seen]
-            files = list(self.session.temporary.iterdir()) or files
+        seen = []
+
+        def look():
+            seen.extend(text for text in window.texts() if text in messages and text not in seen)
+            return self.engines()
+
+        self.eventually(look, "the engine")
         self.assertTrue(is_in_order(seen, messages), seen)
         self.assertIn(messages[1], seen)
-        self.assertEqual([file.suffix for file in files], [".wav"])
-        self.assertEqual(len(self.wait_for_engines(1)), 1)
+        self.assertEqual([file.suffix for file in self.session.temporary.iterdir()], [".wav"])
         window.press("Stop")
         window.expect("Cancelled")
         self.assertEqual(list(self.session.temporary.iterdir()), [])

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/transcript_text.h"
+#include "platform/unicode_text.h"
 
 #include <QByteArray>
 #include <QList>
@@ -50,7 +51,7 @@ struct FileResult {
     FileStatus status = FileStatus::pending;
     std::optional<QString> error; ///< why this file failed
 
-    QString rawOutput() const { return QString::fromUtf8(output); }
+    QString rawOutput() const { return decodeUtf8WithRepair(output); }
     /// The cleaned text.
     QString transcript() const { return cleanWhisperOutput(rawOutput()); }
     /// The text as it is shown, copied, exported and kept in the history.

@@ -76,6 +76,13 @@ TEST_F(TermsAcceptancePage, keepsItsWidthsAndSitsJustAboveTheMiddle)
     EXPECT_EQ(item("column")->width(), 452);
 }
 
+TEST_F(TermsAcceptancePage, hasAShieldBesideItsPromise)
+{
+    EXPECT_EQ(item("promiseIcon")->property("symbol").toString(), "shield.checkerboard");
+    EXPECT_LT(place("promiseIcon").right(), place("promise").left());
+    EXPECT_EQ(place("promiseIcon").center().y(), place("promise").center().y());
+}
+
 TEST_F(TermsAcceptancePage, looksAsDrawn)
 {
     savePicture("01-agreement");

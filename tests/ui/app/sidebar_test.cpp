@@ -2,6 +2,7 @@
 #include "ui/support/ui_test.h"
 
 #include <QAccessible>
+#include <QFont>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -35,6 +36,8 @@ protected:
     }
 
     QAccessibleInterface *row(int index) const { return accessible(list())->child(index); }
+    /// What the delegate of a row holds under that name.
+    QQuickItem *part(int index, const char *name) const { return row(index)->object()->findChild<QQuickItem *>(name); }
     QQuickItem *list() const { return item("sections"); }
     int current() const { return root->property("currentIndex").toInt(); }
 };
@@ -56,6 +59,19 @@ TEST_F(Sidebar, saysItsWordsInOrder)
                 testing::ElementsAre("Sorvanta", "Sections", "Transcript Audio From File", "Record Audio to Transcript",
                                      "Record Meeting (System Audio)", "Batch Processing", "History", "Models Settings",
                                      "Help", "Version 1.0 (1)"));
+}
+
+TEST_F(Sidebar, showsTheSymbolOfEachRowInAFrameOf20AndTheLabelBehindIt)
+{
+    for (int index = 0; index < 7; ++index) {
+        const QVariantMap section = sections()[index].toMap();
+        const QRectF frame = place(part(index, "sectionIcon")).adjusted(-1, 0, 1, 0);
+        EXPECT_EQ(part(index, "sectionIcon")->property("symbol"), section["symbol"]);
+        EXPECT_EQ(part(index, "sectionLabel")->property("text"), section["label"]);
+        EXPECT_EQ(frame.width(), 20);
+        EXPECT_EQ(frame.left(), place(part(0, "sectionIcon")).left() - 1) << "all in one column";
+        EXPECT_GE(place(part(index, "sectionLabel")).left(), frame.right());
+    }
 }
 
 TEST_F(Sidebar, isPressedByAScreenReader)
@@ -102,9 +118,15 @@ TEST_F(Sidebar, losesItsSelectionToAClickWithControl)
     EXPECT_EQ(current(), 0);
 }
 
-TEST_F(Sidebar, showsTheVersionAtTheBottom)
+TEST_F(Sidebar, showsTheVersionSmallAndInASecondaryColourAtTheBottomLeft)
 {
-    EXPECT_EQ(item("version")->property("text").toString(), "Version 1.0 (1)");
+    const QQuickItem *version = item("version");
+    EXPECT_EQ(version->property("text").toString(), "Version 1.0 (1)");
+    EXPECT_EQ(place("version").bottom(), 700 - 12);
+    EXPECT_EQ(place("version").left(), 4);
+    EXPECT_EQ(version->property("effectiveHorizontalAlignment").toInt(), Qt::AlignLeft);
+    EXPECT_EQ(version->property("font").value<QFont>().pixelSize(), 11);
+    EXPECT_EQ(version->property("color").value<QColor>(), color("text2"));
     for (const char *side : {"leftPadding", "rightPadding"})
         EXPECT_EQ(item("version")->property(side).toInt(), 12) << side;
     for (const char *side : {"topPadding", "bottomPadding"})

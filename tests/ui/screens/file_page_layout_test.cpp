@@ -89,6 +89,7 @@ TEST_F(FilePagePlaces, areThoseOfTheDrawing)
     EXPECT_EQ(place("modelPicker"), QRectF(582, 228, 280, 32));
     EXPECT_EQ(place("languagePicker"), QRectF(582, 285, 280, 32));
     EXPECT_EQ(place("startButton"), QRectF(62, 345, 160, 32));
+    EXPECT_EQ(item("screenSubtitle")->property("color").value<QColor>(), color("text2"));
     start(at42Percent);
     waitFor([this] { return run().progress() == 0.42; });
     settle();

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QClipboard>
+#include <QFont>
 #include <QGuiApplication>
 
 namespace sorvanta {
@@ -130,7 +131,11 @@ TEST_F(FilePageRows, withProgressTheProgressRowSpeaks)
     EXPECT_EQ(text("progressText"), "Progress: 42%");
     EXPECT_TRUE(isShown("remainingText"));
     EXPECT_TRUE(text("remainingText").startsWith("ETA: ")) << text("remainingText").toStdString();
-    EXPECT_EQ(item("progressText")->property("color").value<QColor>(), color("text2"));
+    for (const char *name : {"progressText", "remainingText"}) {
+        EXPECT_EQ(item(name)->property("color").value<QColor>(), color("text2")) << name;
+        EXPECT_EQ(item(name)->property("font").value<QFont>().pixelSize(), 12) << name;
+    }
+    EXPECT_EQ(item("stopButton")->property("labelColor").value<QColor>(), color("danger"));
     EXPECT_TRUE(isShown("transcriptLines"));
 }
 

@@ -44,6 +44,14 @@ INSTANTIATE_TEST_SUITE_P(, FileStatusLookTest,
                                          Look{FileStatus::failed, "Failed", FileTone::Red, "exclamationmark.triangle"},
                                          Look{FileStatus::cancelled, "Cancelled", FileTone::Orange, ""}));
 
+TEST(FileResult, keepsAByteOrderMarkAsTheOtherScreensDo)
+{
+    FileResult result;
+    result.output = "\xEF\xBB\xBF[a] One\nplain";
+    EXPECT_EQ(result.rawOutput(), u"\uFEFF[a] One\nplain"_qs);
+    EXPECT_EQ(result.transcript(), u"\uFEFF[a] One\nplain"_qs);
+}
+
 TEST(FileResult, worksItsTextsOutOfTheOutput)
 {
     FileResult result;

@@ -113,6 +113,31 @@ TEST_F(TranscriptionRunTest, beginTakesTheWishToStopBackAndForgetsTheProcess)
     EXPECT_EQ(run.transcript(), u"text"_qs);
 }
 
+TEST_F(TranscriptionRunTest, aStopThatComesWhenTheToolHasBeenReadToItsEndChangesNothing)
+{
+    start("print [x] text%0A\n");
+    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(patience));
+    run.stopRun();
+    EXPECT_EQ(run.status(), u"Stopping…"_qs);
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Done"_qs);
+    EXPECT_FALSE(run.isStopping());
+    EXPECT_EQ(events, (QStringList{u"remove"_qs, u"save"_qs}));
+}
+
+TEST_F(TranscriptionRunTest, aStoppedToolIsCancelledThoughTheWishToStopIsForgottenMeanwhile)
+{
+    start("print x%0A\nsleep 60000\n");
+    waitFor([this] { return run.hasActiveProcess() && !run.rawOutput().isEmpty(); });
+    run.stopRun();
+    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(patience));
+    run.clearOutput();
+    EXPECT_FALSE(run.isStopping());
+    waitForEnd();
+    EXPECT_EQ(run.status(), u"Cancelled"_qs);
+    EXPECT_FALSE(run.error());
+}
+
 TEST_F(TranscriptionRunTest, followsTheOutputAndEndsDone)
 {
     start(timedOutput + bundle.awaitGate() + "print [00%3A00%3A15.000 --> 00%3A00%3A30.000]   Two%0A\n");

@@ -289,8 +289,10 @@ TEST_F(ModelDownloadTest, aRefreshFindsAnOlderFileWhileTheDownloadGoesOn)
 {
     makeFile(u"ggml-tiny.bin"_qs, "old");
     models->startDownload(tiny(u"/drip?delay=0.1"_qs));
+    EXPECT_TRUE(models->downloadedModels().isEmpty());
     ASSERT_TRUE(waitForBytes(1));
     models->refreshStatuses();
+    EXPECT_EQ(models->downloadedModels().size(), 1);
     EXPECT_EQ(models->status(tiny()), Status(ModelStatus::Downloaded{path(u"ggml-tiny.bin"_qs)}));
     EXPECT_FALSE(models->activeDownloads().isEmpty());
     EXPECT_TRUE(waitForBytes(2)) << "the next report shows it again";

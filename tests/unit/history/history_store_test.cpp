@@ -261,16 +261,16 @@ TEST_F(HistoryStore, deletesTextsAndSubtitlesWhereverTheyLie)
 TEST_F(HistoryStore, clearsAwayOldUnfinishedFilesAtTheStart)
 {
     store();
-    const QStringList old{path(".sorvanta-abcdef"), path("transcripts/.sorvanta-abcdef")};
+    const QStringList old{path(".sorvanta-abcdef"), path("transcripts/.sorvanta-abcdef"), path(".sorvanta-settings")};
     for (const QString &name : old) {
         QFile file(name);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-90), QFile::FileModificationTime));
     }
-    writeFileAtomically(path(".sorvanta-recent"), "not of this form");
     writeFileAtomically(path(".sorvanta-fedcba"), "in use");
     EXPECT_EQ(storeAfterRestart().errorMessage(), std::nullopt);
-    EXPECT_EQ(namesIn(""), (QStringList{".sorvanta-fedcba", ".sorvanta-recent", "recordings", "transcripts"}));
+    EXPECT_EQ(namesIn(""), (QStringList{".sorvanta-fedcba", ".sorvanta-settings", "recordings", "transcripts"}))
+        << "one is in use, the other not of this form";
     EXPECT_EQ(namesIn("transcripts"), QStringList());
 }
 

@@ -1,8 +1,10 @@
 #include "file_screen_test.h"
+#include "support/posted_work.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QSignalSpy>
+#include <QThreadPool>
 
 using namespace sorvanta;
 
@@ -443,14 +445,29 @@ TEST_F(TranscriptPaneTest, anotherFileReleasesThePlayer)
     EXPECT_EQ(players.takeCalls(), QStringList({u"open /music/b.wav"_qs, u"play"_qs}));
 }
 
-TEST_F(TranscriptPaneTest, theDurationIsKnownAfterAPreparation)
+/// With sound, and with what has to be converted first.
+class PlaybackAfterPreparation : public TranscriptPaneTest, public testing::WithParamInterface<QString> { };
+
+TEST_P(PlaybackAfterPreparation, knowsTheDurationOfAFileThatWasNotThereWhenItWasChosen)
 {
-    const QString path = bench.file(u"tone.wav"_qs);
+    const QString other = bench.file(u"other.wav"_qs);
+    const QString path = bench.file(GetParam());
+    writeWav(other, 3.0);
+    useModel(twoLines);
+    choose(other);
+    waitFor([this] { return screen->playback().playbackDuration() > 2; });
+    choose(path);
+    ASSERT_TRUE(QThreadPool::globalInstance()->waitForDone(patience)) << "nothing was found there";
+    runPosted();
+    ASSERT_EQ(screen->playback().playbackDuration(), 0);
     writeWav(path, 2.0);
-    transcribe(path, twoLines);
+    screen->start();
+    waitForStatus(u"Done"_qs);
     waitFor([this] { return screen->playback().playbackDuration() > 0; });
     EXPECT_NEAR(screen->playback().playbackDuration(), 2.0, 0.05);
     EXPECT_NEAR(pane().viewer()->model().playbackDuration(), 2.0, 0.05);
 }
+
+INSTANTIATE_TEST_SUITE_P(, PlaybackAfterPreparation, testing::Values(u"tone.wav"_qs, u"tone.mp4"_qs));
 
 } // namespace
