@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numbers>
@@ -92,6 +93,22 @@ double toneAmplitude(const std::vector<double> &samples, double frequency, doubl
         imaginary += samples[i] * std::sin(angle);
     }
     return 2 * std::hypot(real, imaginary) / static_cast<double>(samples.size());
+}
+
+double heardAmplitude(const std::vector<double> &samples, double frequency, double from, double to, double sampleRate)
+{
+    constexpr double longest = 0.1;
+    const int count = std::max(1, static_cast<int>((to - from) / longest));
+    const double length = std::min(longest, to - from);
+    std::vector<double> pieces;
+    for (int i = 0; i < count; ++i) {
+        const auto begin = samples.begin() + static_cast<std::ptrdiff_t>((from + i * length) * sampleRate);
+        pieces.push_back(
+            toneAmplitude({begin, begin + static_cast<std::ptrdiff_t>(length * sampleRate)}, frequency, sampleRate));
+    }
+    const auto median = pieces.begin() + count / 2;
+    std::nth_element(pieces.begin(), median, pieces.end());
+    return *median;
 }
 
 double level(const std::vector<double> &samples, double from, double to, double sampleRate)

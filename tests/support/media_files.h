@@ -44,5 +44,9 @@ double decibels(double amplitude);
 /// The amplitude of the sine of `frequency` within `samples`.
 double toneAmplitude(const std::vector<double> &samples, double frequency, double sampleRate);
 
+/// The same of the sound from `from` to `to`, in seconds, as the median of short pieces: where a busy server leaves
+/// some sound out, or a frame is put in so that a recording keeps pace with time, what follows has another phase.
+double heardAmplitude(const std::vector<double> &samples, double frequency, double from, double to, double sampleRate);
+
 /// The root of the mean square of samples [from, to), in seconds at `sampleRate`.
 double level(const std::vector<double> &samples, double from, double to, double sampleRate);

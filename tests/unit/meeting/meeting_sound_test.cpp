@@ -56,19 +56,9 @@ protected:
         std::memcpy(samples.data(), bytes.constData(), samples.size() * sizeof(double));
         return samples;
     }
-    /// The mean of short pieces: a busy server leaves some sound out, and what follows has another phase.
     static double amplitude(const std::vector<double> &samples, double frequency, double from, double to)
     {
-        constexpr double longest = 0.1;
-        const int pieces = std::max(1, static_cast<int>((to - from) / longest));
-        const double length = std::min(longest, to - from);
-        double sum = 0;
-        for (int i = 0; i < pieces; ++i) {
-            const auto begin = samples.begin() + static_cast<std::ptrdiff_t>((from + i * length) * rate);
-            sum += toneAmplitude(std::vector<double>(begin, begin + static_cast<std::ptrdiff_t>(length * rate)),
-                                 frequency, rate);
-        }
-        return sum / pieces;
+        return heardAmplitude(samples, frequency, from, to, rate);
     }
     /// Where a tone of that frequency sounds: the first and the last moment, in seconds.
     static std::pair<double, double> spanOf(const std::vector<double> &samples, double frequency)
