@@ -16,8 +16,6 @@ from waiting import PATIENCE  # noqa: E402
 TEXT = (Atspi.Role.LABEL, Atspi.Role.STATIC, Atspi.Role.TEXT, Atspi.Role.HEADING, Atspi.Role.ALERT)
 BUTTON = (Atspi.Role.PUSH_BUTTON, Atspi.Role.BUTTON_MENU) if hasattr(Atspi.Role, "BUTTON_MENU") else (
     Atspi.Role.PUSH_BUTTON,)
-
-
 APPLICATION_GONE = 0  # a code of AtspiError
 
 Atspi.set_timeout(60_000, 60_000)  # milliseconds: a busy machine answers late

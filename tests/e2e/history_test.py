@@ -1,55 +1,25 @@
 #!/usr/bin/python3
 """The section that browses the history: real runs found, searched, exported, played, deleted, and found again."""
 
-import array
 import datetime
 import json
 import pathlib
 import shutil
-import subprocess
 
 from accessible_window import Atspi, whole
 from exports import LINES, Exports
+from sound_server import SoundServer
 from window_test import FIRST_LINES, WINDOW, WindowTest, main
 
 SECTIONS = ["Transcript Audio From File", "Record Audio to Transcript", "Record Meeting (System Audio)",
             "Batch Processing", "History", "Models Settings", "Help"]
-SOUND_SERVER = pathlib.Path(__file__).parent.parent / "support/sound_server.sh"
 SLOW = 32
 
 
 class HistoryTest(Exports, WindowTest):
-    def setUp(self):
-        super().setUp()
-        self.server = None
-
-    def tearDown(self):
-        super().tearDown()
-        if self.server:
-            self.server.terminate()
-            self.server.wait()
-            for name in ("PULSE_SERVER", "PULSE_COOKIE"):
-                del self.session.environment[name]
-
-    def start_sound_server(self):
-        """Starts a sound server for the programs that are started from now on."""
-        folder = self.session.folder / "sound"
-        self.server = self.session.start(["/bin/sh", SOUND_SERVER, folder], stderr=subprocess.DEVNULL)
-        self.session.environment.update(PULSE_SERVER=f"unix:{folder}/native", PULSE_COOKIE=f"{folder}/cookie")
-        self.eventually(lambda: subprocess.run(["pactl", "info"], env=self.session.environment,
-                                               capture_output=True).returncode == 0, "the sound server")
-
-    def heard(self, seconds=0.5):
-        """The loudest sample of what is played from now on for so long, from 0 to 32768."""
-        rate = 8000
-        recorder = subprocess.Popen(["parec", "--device=speaker.monitor", "--format=s16le", f"--rate={rate}",
-                                     "--channels=1", "--latency-msec=20", "--raw"],
-                                    env=self.session.environment, stdout=subprocess.PIPE)
-        with recorder.stdout:
-            samples = array.array("h", recorder.stdout.read(2 * int(rate * seconds)))
-        recorder.kill()
-        recorder.wait()
-        return max(abs(sample) for sample in samples)
+    def heard(self):
+        """The loudest sample of what is played for half a second from now on, from 0 to 32768."""
+        return max(abs(sample) for sample in self.sound.hear(0.5))
 
     def write_history(self, entries):
         self.store_folder().mkdir(parents=True, exist_ok=True)
@@ -99,7 +69,8 @@ class HistoryTest(Exports, WindowTest):
         self.assertEqual(self.rows(window), [])
 
     def test_runs_are_found_searched_exported_played_deleted_and_found_again(self):
-        self.start_sound_server()
+        self.sound = SoundServer(self.session)
+        self.addCleanup(self.sound.end)
         window = self.start_on_file_screen()
         self.run_over(window, "talk.wav", "walk.m4a", "film.mp4")
         entries = self.history()
@@ -154,7 +125,7 @@ class HistoryTest(Exports, WindowTest):
         self.assertEqual(window.texts("1:40"), ["1:40"])
         window.press("Pause Audio")
         window.expect("Play Audio")
-        self.assertLess(self.heard(), 100)
+        self.eventually(lambda: self.heard() < 100, "silence")
         window.press("Export Audio")
         copy = self.session.home / "copy.wav"
         self.assertEqual(window.save_file(copy), "talk_history.wav")
@@ -184,7 +155,7 @@ class HistoryTest(Exports, WindowTest):
         window.expect_gone("Delete this history entry?")
         self.expect_rows(window, ["film.mp4", "walk.m4a"])
         window.expect(self.medium_date(entries[0]))
-        self.assertLess(self.heard(), 100)
+        self.eventually(lambda: self.heard() < 100, "silence")
         for key in ("txtPath", "srtPath", "recordingPath"):
             self.assertFalse(pathlib.Path(entries[2][key]).exists(), key)
         self.assertEqual([entry["id"] for entry in self.history()], [entries[0]["id"], entries[1]["id"]])

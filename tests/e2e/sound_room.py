@@ -1,42 +1,30 @@
 """A private sound server for the programs of a session, with something to hear."""
 
-import pathlib
 import subprocess
-import time
 
-from waiting import comes
-
-SERVER = pathlib.Path(__file__).resolve().parent.parent / "support/sound_server.sh"
+from sound_server import SoundServer
 
 
-class SoundRoom:
-    """A server that the session's programs find from now on. It ends with the session."""
+class SoundRoom(SoundServer):
+    """A room with sounds for the programs that the session starts from now on."""
 
     def __init__(self, session):
-        self._session = session
-        folder = session.folder / f"sound{time.monotonic_ns()}"
-        session.environment.update(PULSE_SERVER=f"unix:{folder}/native", PULSE_COOKIE=str(folder / "cookie"))
-        self._process = session.start(["sh", SERVER, folder])
+        super().__init__(session)
         self._players = []
-        if not comes(self._answers):
-            raise RuntimeError("the sound server did not start")
 
     def play_tone(self, sink, frequency, seconds=120):
         """Plays a tone of the amplitude 0.25 into a sink: "speaker" is what the machine plays, "room" what its
         microphone hears."""
-        path = self._session.folder / f"tone-{frequency}.wav"
+        path = self.session.folder / f"tone-{frequency}.wav"
         subprocess.run(["ffmpeg", "-nostdin", "-v", "error", "-y", "-f", "lavfi", "-i",
                         f"aevalsrc=0.25*sin(2*PI*{frequency}*t):d={seconds}:s=48000", path], check=True)
-        self._players.append(self._session.start(["paplay", f"--device={sink}", path]))
+        self._players.append(self.session.start(["paplay", f"--device={sink}", path]))
 
     def end(self):
-        for process in [*self._players, self._process]:
-            process.kill()
-            process.wait()
-
-    def _answers(self):
-        return subprocess.run(["pactl", "info"], env=self._session.environment, stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL).returncode == 0
+        for player in self._players:
+            player.kill()
+            player.wait()
+        super().end()
 
 
 def tone_levels(path, frequencies, start, length):

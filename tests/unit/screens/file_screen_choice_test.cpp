@@ -103,7 +103,7 @@ TEST_F(FileScreenChoice, theViewerShowsHowLongTheChosenFileIs)
     waitFor([&viewer] { return viewer.playbackDuration() == 0; });
 }
 
-TEST_F(FileScreenChoice, aFileChosenDuringARunDoesNotLoseTheRunsText)
+TEST_F(FileScreenChoice, aFileChosenDuringARunDoesNotLoseTheRunsTextAndIsToldAsItsSource)
 {
     useModel(twoLines + bench.engine.awaitGate());
     choose(u"/music/a.wav"_qs);
@@ -114,6 +114,8 @@ TEST_F(FileScreenChoice, aFileChosenDuringARunDoesNotLoseTheRunsText)
     bench.engine.openGate();
     waitForStatus(u"Done"_qs);
     EXPECT_EQ(run().transcript(), u"- One\nTwo"_qs);
+    ASSERT_EQ(bench.history.entries().size(), 1);
+    EXPECT_EQ(bench.history.entries().first().sourceLabel, u"/music/b.wav"_qs);
 }
 
 TEST_F(FileScreenChoice, aPanelAnsweredAfterTheScreenHasGoneIsOfNoConsequence)

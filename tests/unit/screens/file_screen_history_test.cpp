@@ -53,18 +53,6 @@ TEST_F(FileScreenHistory, theLanguageIsTheOneThatTheRunBeganWith)
     EXPECT_EQ(onlyEntry().language, u"en"_qs);
 }
 
-TEST_F(FileScreenHistory, theFileIsTheOneThatIsSelectedWhenTheRunEnds)
-{
-    useModel(twoLines + bench.engine.awaitGate());
-    choose(u"/music/a.wav"_qs);
-    screen->start();
-    waitFor([this] { return run().transcript() == u"- One\nTwo"_qs; });
-    choose(u"/music/b.wav"_qs);
-    bench.engine.openGate();
-    waitForStatus(u"Done"_qs);
-    EXPECT_EQ(onlyEntry().sourceLabel, u"/music/b.wav"_qs);
-}
-
 TEST_F(FileScreenHistory, withStrippingTheDashesAreGoneFromTextAndSubtitles)
 {
     run().setStripDashes(true);
