@@ -189,8 +189,12 @@ class ReadingTest(DesktopWish, WindowTest):
         self.assertTrue(any("whisper_init" in row for row in rows), rows)
         self.session.focus(WINDOW)
         window.wait(lambda: window.focused() == "Logs", "the focus of the log")
-        self.session.key("ctrl+a", "ctrl+c")
-        self.eventually(lambda: "[00:00:00.000 --> 00:00:04.200]" in self.clipboard(), "the log on the clipboard")
+
+        def copies():
+            self.session.key("ctrl+a", "ctrl+c")  # again, if the window was not yet ready for keys
+            return "[00:00:00.000 --> 00:00:04.200]" in self.clipboard()
+
+        self.eventually(copies, "the log on the clipboard")
         copied = self.clipboard().split("\n")
         self.assertEqual(copied[:len(rows) - 1], rows[:-1])
         self.assertGreater(len(copied), 30)
